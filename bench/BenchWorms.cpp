@@ -1,0 +1,78 @@
+#include "BenchWorms.h"
+
+#include "db/DBExp.h"
+#include "db/ExperimentFactory.h"
+#include "model/Angles.h"
+#include "model/Morphology.h"
+#include "model/Region.h"
+
+namespace Planaria {
+
+namespace {
+
+ExperimentFactory *vocabulary()
+{
+    return ExperimentFactory::instance(nullptr);
+}
+
+/// Four eyes, four brain lobes, two pharynges and two cords.
+void addTwelveOrgans(Region *region)
+{
+    for (int i = 0; i < 10; ++i) {
+        const double angle = i * Angles::fullTurn / 10.0;
+        region->addSpotOrgan(vocabulary()->spotOrganType(i < 4 ? 1 : (i < 8 ? 2 : 3)),
+                             30.0 * Angles::direction(angle), angle);
+    }
+    for (const double side : {-1.0, 1.0})
+        region->addLineOrgan(vocabulary()->lineOrganType(1), {side * 20.0, 0.0}, {side * 8.0, 60.0},
+                             {side * -8.0, -60.0});
+}
+
+} // namespace
+
+std::unique_ptr<Morphology> BenchWorms::wildType()
+{
+    return vocabulary()->createWildMorphology();
+}
+
+std::unique_ptr<Morphology> BenchWorms::large()
+{
+    auto worm = std::make_unique<Morphology>();
+    worm->setName(QStringLiteral("Large"));
+    Region *trunk = worm->addRegion(vocabulary()->regionType(2));
+    addTwelveOrgans(trunk);
+    for (int i = 0; i < 8; ++i) {
+        Region *head = worm->addRegion(vocabulary()->regionType(1));
+        trunk->addLink(head, 260.0, i * Angles::fullTurn / 8.0, 0.5);
+        addTwelveOrgans(head);
+    }
+    return worm;
+}
+
+BenchLibrary::BenchLibrary(int count)
+{
+    create();
+    database.beginTransaction(); // one for all worms: a file of thousands is made in seconds
+    for (int i = 1; i <= count; ++i) {
+        const std::unique_ptr<Morphology> worm = BenchWorms::wildType();
+        worm->setName(QStringLiteral("Worm %1").arg(i));
+        worm->submit(&database);
+    }
+    if (!database.endTransaction())
+        qFatal("cannot fill %s", qUtf8Printable(fileName()));
+}
+
+BenchLibrary::BenchLibrary(Morphology *worm)
+{
+    create();
+    if (worm->submit(&database) < 1)
+        qFatal("cannot fill %s", qUtf8Printable(fileName()));
+}
+
+void BenchLibrary::create()
+{
+    if (!database.createEmptyDB(fileName()) || !DBExp::buildDB(&database))
+        qFatal("cannot make %s", qUtf8Printable(fileName()));
+}
+
+} // namespace Planaria

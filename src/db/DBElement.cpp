@@ -1,0 +1,7 @@
+#include "db/DBElement.h"
+
+namespace Planaria {
+
+DBElement::~DBElement() = default;
+
+} // namespace Planaria

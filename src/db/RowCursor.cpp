@@ -1,0 +1,28 @@
+#include "db/RowCursor.h"
+
+#include <limits>
+
+namespace Planaria {
+
+RowCursor::~RowCursor() = default;
+
+int rowId(const QVariant &value)
+{
+    const qint64 id = value.toLongLong();
+    return id >= 1 && id <= std::numeric_limits<int>::max() ? static_cast<int>(id) : 0;
+}
+
+QueryCursor::QueryCursor(std::unique_ptr<QSqlQuery> executed) : query(std::move(executed)) {}
+
+bool QueryCursor::next()
+{
+    return query->next();
+}
+
+QVariant QueryCursor::value(int column) const
+{
+    // A row that is missing (a damaged file) reads as nulls, without the driver's warning.
+    return query->isValid() ? query->value(column) : QVariant();
+}
+
+} // namespace Planaria

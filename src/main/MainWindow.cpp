@@ -1,0 +1,370 @@
+#include "main/MainWindow.h"
+
+#include "BuildConfig.h"
+#include "browse/ElementTab.h"
+#include "db/DB.h"
+#include "morphology/MorphologyListViewerForm.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSettings>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTimer>
+#include <QUrl>
+
+namespace Planaria {
+
+namespace {
+
+QString website(const QString &path)
+{
+    return QLatin1String(BuildConfig::website) + path;
+}
+
+} // namespace
+
+MainWindow::MainWindow() : db(std::make_unique<DB>())
+{
+    createWidgets();
+    createActions();
+    createMenus();
+    createStatusBar();
+    setWindowTitle(tr("Vermidex"));
+    readSettings();
+    // Questions about the file are to appear over a window that is already there.
+    QTimer::singleShot(0, this, &MainWindow::initDataBase);
+}
+
+MainWindow::~MainWindow()
+{
+    writeSettings();
+    closeDB();
+}
+
+void MainWindow::closeEvent(QCloseEvent * /*event*/) {}
+
+// --- The frame ---
+
+void MainWindow::createWidgets()
+{
+    setWindowIcon(QIcon(QStringLiteral(":/Images/quadrupleHead32.png")));
+
+    tabWidget = new QTabWidget(this);
+    tabWidget->setAccessibleName(QStringLiteral("Elements of the database"));
+    experimentsWidget = createTab(QStringLiteral("Experiments"), QStringLiteral("Experiment"),
+                                  QStringLiteral("experiment"), QStringLiteral("experiments"));
+    manipulationsWidget =
+        createTab(QStringLiteral("Manipulations"), QStringLiteral("Manipulation"),
+                  QStringLiteral("manipulation"), QStringLiteral("manipulations"));
+    morphologiesWidget = createTab(QStringLiteral("Morphologies"), QStringLiteral("Morphology"),
+                                   QStringLiteral("morphology"), QStringLiteral("morphologies"));
+    drugsWidget = createTab(QStringLiteral("Drugs"), QStringLiteral("Drug"), QStringLiteral("drug"),
+                            QStringLiteral("drugs"));
+    rnaiWidget = createTab(QStringLiteral("RNAi"), QStringLiteral("RNAi"), QStringLiteral("RNAi"),
+                           QStringLiteral("RNAi"));
+    speciesWidget = createTab(QStringLiteral("Species"), QStringLiteral("Species"),
+                              QStringLiteral("Species"), QStringLiteral("Species"));
+    publicationsWidget = createTab(QStringLiteral("Publications"), QStringLiteral("Publication"),
+                                   QStringLiteral("publication"), QStringLiteral("publications"));
+    searchWidget = createTab(QStringLiteral("Search"), QString(), QString(), QString());
+
+    tabWidget->setEnabled(false);
+    connect(tabWidget, &QTabWidget::currentChanged, this, &MainWindow::updateTab);
+    setCentralWidget(tabWidget);
+}
+
+ElementTab *MainWindow::createTab(const QString &title, const QString &table,
+                                  const QString &singular, const QString &plural)
+{
+    auto *tab = new ElementTab(db.get(), table, singular, plural, this);
+    connect(tab, &ElementTab::databaseCorrupted, this, &MainWindow::databaseCorrupted);
+    connect(tab, &ElementTab::nEleChanged, this, &MainWindow::updateStatusText);
+    tabWidget->addTab(tab, title);
+    return tab;
+}
+
+template <typename Slot>
+QAction *MainWindow::createAction(const QString &text, const QString &shortcut, const QString &tip,
+                                  const QString &icon, Slot slot)
+{
+    auto *action = new QAction(
+        QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/%1.png").arg(icon)), text, this);
+    action->setShortcut(QKeySequence(shortcut));
+    action->setStatusTip(tip);
+    connect(action, &QAction::triggered, this, slot);
+    return action;
+}
+
+void MainWindow::createActions()
+{
+    createFileActions();
+    createHelpActions();
+    createToolsActions();
+    createDeleteActions();
+}
+
+void MainWindow::createFileActions()
+{
+    newAction = createAction(tr("&New database..."), tr("Ctrl+N"), tr("Create a new database file"),
+                             "page_white_database", &MainWindow::newDB);
+    openAction =
+        createAction(tr("&Open database..."), tr("Ctrl+O"), tr("Load an existing database file"),
+                     "folder_database", qOverload<>(&MainWindow::openDB));
+    saveAsAction = createAction(tr("&Save database as..."), tr("Ctrl+S"),
+                                tr("Save the current database into a different file"),
+                                "database_save", &MainWindow::saveAsDB);
+    // These two take the keys of copy and paste from the lists of the window, on purpose.
+    closeAction =
+        createAction(tr("&Close database"), tr("Ctrl+C"), tr("Close the current database"),
+                     "database_go", &MainWindow::closeDB);
+    vacuumAction = createAction(tr("&Vacuum database"), tr("Ctrl+V"),
+                                tr("Rebuild the database, defragmenting and reducing the size"),
+                                "database_lightning", &MainWindow::vacuumDB);
+    importAction =
+        createAction(tr("&Import..."), tr("Ctrl+I"),
+                     tr("Import the experiments of another database into the current database"),
+                     "database_add", &MainWindow::importDB);
+    exitAction = createAction(tr("Exit"), tr("Alt+F4"), tr("Exit the application"), "door_in",
+                              &MainWindow::close);
+}
+
+void MainWindow::createHelpActions()
+{
+    aboutAction = createAction(tr("&About"), tr("Ctrl+A"), tr("Release information about Vermidex"),
+                               "brick", &MainWindow::about);
+    viewHelpAction =
+        createAction(tr("View help"), tr("Ctrl+F1"), tr("Show Vermidex help documents"), "help",
+                     &MainWindow::viewHelp);
+}
+
+void MainWindow::createToolsActions()
+{
+    morDistCalcAction = createAction(tr("Morphology distance calculator"), QString(),
+                                     tr("Tool to calculate the distance between morphologies"),
+                                     "calculator", &MainWindow::morDistCalc);
+    morDistCompAction = createAction(
+        tr("Morphology distance comparator"), QString(),
+        tr("Tool to compare the distance of a morphology with the rest of morphologies in the "
+           "database"),
+        "calculator_add", &MainWindow::morDistComp);
+    morDistSearchAction = createAction(
+        tr("Morphology graphical search"), QString(),
+        tr("Tool to search morphologies in the database close to an arbitrary created morphology"),
+        "find", &MainWindow::morDistSearch);
+    morListViewerAction = createAction(
+        tr("Morphology list viewer"), QString(),
+        tr("Tool to display a graphical list of  all the morphologies in the database"), "report",
+        &MainWindow::morListViewer);
+}
+
+void MainWindow::createDeleteActions()
+{
+    deleteAllExperimentsAction = createAction(tr("Delete all experiments"), QString(),
+                                              tr("Delete all experiments in the database!"),
+                                              "table_delete", &MainWindow::deleteAllExperiments);
+    deleteAllExpAndManipulationsAction =
+        createAction(tr("Delete all experiments and manipulations"), QString(),
+                     tr("Delete all experiments and manipulations in the database!"),
+                     "table_delete", &MainWindow::deleteAllExpAndManipulations);
+    deleteAllAction =
+        createAction(tr("Delete all"), QString(),
+                     tr("Delete all experiments, manipulations, and morphologies in the database!"),
+                     "database_delete", &MainWindow::deleteAll);
+}
+
+void MainWindow::createMenus()
+{
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    file->addActions({newAction, openAction, saveAsAction, closeAction});
+    file->addSeparator();
+    file->addActions({vacuumAction, importAction});
+    file->addSeparator();
+    file->addAction(exitAction);
+
+    QMenu *edit = menuBar()->addMenu(tr("&Edit"));
+    edit->addActions(
+        {deleteAllExperimentsAction, deleteAllExpAndManipulationsAction, deleteAllAction});
+
+    QMenu *tools = menuBar()->addMenu(tr("&Tools"));
+    tools->addActions(
+        {morDistSearchAction, morListViewerAction, morDistCalcAction, morDistCompAction});
+
+    QMenu *help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(viewHelpAction);
+    help->addSeparator();
+    help->addAction(aboutAction);
+}
+
+void MainWindow::createToolBars() {}
+
+void MainWindow::createStatusBar()
+{
+    statusLabel = new QLabel(this);
+    statusBar()->addWidget(statusLabel, 1);
+}
+
+// --- Settings ---
+
+void MainWindow::readSettings()
+{
+    QCoreApplication::setOrganizationName(QLatin1String(BuildConfig::organisation));
+    QCoreApplication::setOrganizationDomain(QLatin1String(BuildConfig::organisationDomain));
+    QCoreApplication::setApplicationName(QStringLiteral("Vermidex"));
+
+    QSettings settings;
+    settings.beginGroup(QStringLiteral("MainWindow"));
+    resize(settings.value(QStringLiteral("size"), QSize(800, 600)).toSize());
+    if (settings.contains(QStringLiteral("pos")))
+        move(settings.value(QStringLiteral("pos")).toPoint());
+    if (settings.value(QStringLiteral("maximized"), false).toBool())
+        showMaximized();
+    settings.endGroup();
+
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 2)
+        fileName = settings.value(QStringLiteral("DB/lastFile"), QString()).toString();
+    else
+        fileName = QFileInfo(arguments.at(1)).absoluteFilePath();
+}
+
+void MainWindow::writeSettings() const
+{
+    QSettings settings;
+    settings.beginGroup(QStringLiteral("MainWindow"));
+    settings.setValue(QStringLiteral("maximized"), isMaximized());
+    if (!isMaximized()) {
+        settings.setValue(QStringLiteral("size"), size());
+        settings.setValue(QStringLiteral("pos"), pos());
+    }
+    settings.endGroup();
+    settings.setValue(QStringLiteral("DB/lastFile"), fileName);
+}
+
+// --- Status ---
+
+QList<ElementTab *> MainWindow::tabs() const
+{
+    return {experimentsWidget, manipulationsWidget, morphologiesWidget, drugsWidget,
+            rnaiWidget,        speciesWidget,       publicationsWidget, searchWidget};
+}
+
+QList<QAction *> MainWindow::fileActions() const
+{
+    return {saveAsAction,
+            closeAction,
+            vacuumAction,
+            importAction,
+            morDistCalcAction,
+            morDistCompAction,
+            morDistSearchAction,
+            morListViewerAction,
+            deleteAllExperimentsAction,
+            deleteAllExpAndManipulationsAction,
+            deleteAllAction};
+}
+
+void MainWindow::updateStatus()
+{
+    const bool open = !fileName.isEmpty();
+    tabWidget->setEnabled(open);
+    for (QAction *action : fileActions())
+        action->setEnabled(open);
+
+    if (open) {
+        setWindowTitle(QFileInfo(fileName).fileName() +
+                       (readOnly ? QStringLiteral(" (read only)") : QString()) +
+                       QStringLiteral(" - Vermidex"));
+        statusLabel->clear(); // a tab that counts nothing leaves it so
+        updateTab();
+    } else {
+        setWindowTitle(tr("Vermidex"));
+        statusLabel->setText(QStringLiteral("No database opened"));
+        for (ElementTab *tab : tabs())
+            tab->clear();
+    }
+}
+
+void MainWindow::updateTab()
+{
+    if (fileName.isEmpty())
+        return;
+    if (auto *tab = qobject_cast<ElementTab *>(tabWidget->currentWidget()))
+        tab->updateModel(0);
+}
+
+void MainWindow::updateStatusText(int nEle, const QString &eleName, const QString &eleNamePlural)
+{
+    const QString where = QStringLiteral(" in the database");
+    if (eleName.isEmpty())
+        statusLabel->clear();
+    else if (nEle == 0)
+        statusLabel->setText(QStringLiteral("No ") + eleNamePlural + where);
+    else if (nEle == 1)
+        statusLabel->setText(QStringLiteral("1 ") + eleName + where);
+    else
+        statusLabel->setText(QString::number(nEle) + QLatin1Char(' ') + eleNamePlural + where);
+}
+
+// --- Help ---
+
+void MainWindow::about()
+{
+    QMessageBox::about(
+        this, tr("About Vermidex"),
+        QStringLiteral(
+            "<table width='100%'>"
+            "<tr><td align='left' style='font-size:18pt'>Vermidex</td><td></td></tr>"
+            "<tr><td align='left' style='font-size:12pt'>A library of planarian regeneration</td>"
+            "<td align='right' valign='bottom'>Version %1</td></tr>"
+            "</table><hr>"
+            "<p>Vermidex is an application for the design, storage, and search of planarian "
+            "regenerative experiments. For more information and new versions, please visit "
+            "<a style='text-decoration:none' href='%2'>%2</a>.</p>"
+            "<p>Made by the Vermidex developers.</p>"
+            "<p><small>This program makes use of Qt "
+            "(<a href='https://www.gnu.org/licenses/lgpl-3.0.html'>LGPL version 3</a>) and of the "
+            "Silk icon set by Mark James "
+            "(<a href='https://creativecommons.org/licenses/by/3.0/'>CC BY 3.0</a>).</small></p>")
+            .arg(QLatin1String(BuildConfig::version), website(QString())));
+}
+
+void MainWindow::viewHelp()
+{
+    QDesktopServices::openUrl(QUrl(website(QStringLiteral("/help"))));
+}
+
+// --- Tools ---
+
+void MainWindow::morListViewer()
+{
+    MorphologyListViewerForm form(db.get(), this);
+    if (!form.isAborted())
+        form.exec();
+}
+
+// The commands of these entries are still to come.
+
+void MainWindow::importDB() {}
+
+void MainWindow::morDistCalc() {}
+
+void MainWindow::morDistComp() {}
+
+void MainWindow::morDistSearch() {}
+
+void MainWindow::deleteAllExperiments() {}
+
+void MainWindow::deleteAllExpAndManipulations() {}
+
+void MainWindow::deleteAll() {}
+
+void MainWindow::searchRequestedFromWidget() {}
+
+} // namespace Planaria

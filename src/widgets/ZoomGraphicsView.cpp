@@ -1,0 +1,102 @@
+#include "widgets/ZoomGraphicsView.h"
+
+#include "widgets/ImageSaver.h"
+
+#include <QAction>
+#include <QGraphicsScene>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+#include <QWheelEvent>
+
+namespace Planaria {
+
+ZoomGraphicsView::ZoomGraphicsView(QWidget *parent, bool fitLarge, bool yUp)
+    : QGraphicsView(parent), autoFit(fitLarge), flipY(yUp)
+{
+    setScene(new QGraphicsScene(1, 1, 1, 1, this));
+    setBackgroundBrush(Qt::white);
+    setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
+                   QPainter::SmoothPixmapTransform);
+    resetZoom();
+
+    saveImageAction =
+        new QAction(QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/picture_save.png")),
+                    QStringLiteral("Save image..."), this);
+    connect(saveImageAction, &QAction::triggered, this, &ZoomGraphicsView::saveImage);
+    addAction(saveImageAction);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+ZoomGraphicsView::~ZoomGraphicsView()
+{
+    delete scene();
+}
+
+void ZoomGraphicsView::resetZoom()
+{
+    resetTransform();
+    if (flipY)
+        scale(1.0, -1.0);
+}
+
+void ZoomGraphicsView::fitView()
+{
+    if (inFit)
+        return;
+    const QScopedValueRollback guard(inFit, true); // scroll bars that come or go resize the view
+
+    resetZoom();
+    const QRectF rect = scene()->itemsBoundingRect();
+    scene()->setSceneRect(rect);
+    if (autoFit && (rect.width() > width() || rect.height() > height()))
+        fitInView(rect, Qt::KeepAspectRatio);
+}
+
+void ZoomGraphicsView::saveImage()
+{
+    ImageSaver::saveScene(*scene(), flipY, parentWidget());
+}
+
+void ZoomGraphicsView::wheelEvent(QWheelEvent *event)
+{
+    if (!zooming) {
+        QGraphicsView::wheelEvent(event);
+        return;
+    }
+    const int notches = event->angleDelta().y();
+    if (notches == 0)
+        return; // a wheel turned sideways
+    constexpr double step = 1.15;
+    const double factor = notches > 0 ? step : 1.0 / step;
+    scale(factor, factor);
+}
+
+void ZoomGraphicsView::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Control)
+        zooming = true;
+    // No key is for the scene's items, nor Enter for a dialog's button; Escape closes the dialog.
+    event->setAccepted(event->key() != Qt::Key_Escape);
+}
+
+void ZoomGraphicsView::keyReleaseEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Control)
+        zooming = false;
+    event->setAccepted(event->key() != Qt::Key_Escape);
+}
+
+void ZoomGraphicsView::focusOutEvent(QFocusEvent *event)
+{
+    zooming = false;
+    QGraphicsView::focusOutEvent(event);
+}
+
+void ZoomGraphicsView::resizeEvent(QResizeEvent *event)
+{
+    QGraphicsView::resizeEvent(event);
+    if (!inFit && !zooming)
+        fitView();
+}
+
+} // namespace Planaria

@@ -1,0 +1,99 @@
+#include "support/ModalAnswerer.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QPushButton>
+
+#include <chrono>
+
+namespace Planaria {
+
+namespace {
+
+QString described(const ModalAnswerer::Box &box)
+{
+    return QStringLiteral("\"%1\" (%2), buttons 0x%3, default 0x%4, icon %5")
+        .arg(box.title, box.text, QString::number(box.buttons.toInt(), 16),
+             QString::number(box.defaultButton, 16), QString::number(box.icon));
+}
+
+ModalAnswerer::Box seen(const QMessageBox &box)
+{
+    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
+    for (QAbstractButton *button : box.buttons()) {
+        const auto *pushButton = qobject_cast<QPushButton *>(button);
+        if (pushButton != nullptr && pushButton->isDefault())
+            defaultButton = box.standardButton(button);
+    }
+    return {box.windowTitle(), box.text(), box.standardButtons(), defaultButton, box.icon()};
+}
+
+} // namespace
+
+ModalAnswerer::ModalAnswerer()
+{
+    timer.setSingleShot(true);
+    timer.setInterval(std::chrono::milliseconds(5));
+    timer.callOnTimeout([this] { answerActive(); });
+    timer.start();
+}
+
+void ModalAnswerer::expectBox(const Box &box, QMessageBox::StandardButton answer)
+{
+    expectDialog([this, box, answer](QDialog *dialog) { answerBox(dialog, box, answer); });
+}
+
+void ModalAnswerer::expectDialog(const std::function<void(QDialog *)> &answer)
+{
+    answers.enqueue(answer);
+}
+
+QStringList ModalAnswerer::problems() const
+{
+    QStringList all = found;
+    if (!answers.isEmpty())
+        all += QStringLiteral("%1 planned dialogs did not show").arg(answers.size());
+    return all;
+}
+
+void ModalAnswerer::answerActive()
+{
+    timer.start(); // anew each time: one that repeats stays silent while an answer opens a box
+    auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    if (dialog == nullptr || !dialog->isVisible())
+        return;
+    if (!answers.isEmpty()) {
+        const auto answer = answers.dequeue();
+        answer(dialog);
+        return;
+    }
+    found += QStringLiteral("not planned: the dialog \"%1\"").arg(dialog->windowTitle());
+    if (const auto *box = qobject_cast<QMessageBox *>(dialog))
+        found.last() += QStringLiteral(", which says: ") + box->text();
+    dialog->reject();
+}
+
+void ModalAnswerer::answerBox(QDialog *dialog, const Box &expected,
+                              QMessageBox::StandardButton answer)
+{
+    auto *box = qobject_cast<QMessageBox *>(dialog);
+    if (box == nullptr) {
+        found += QStringLiteral("the dialog \"%1\" instead of the box %2")
+                     .arg(dialog->windowTitle(), described(expected));
+        dialog->reject();
+        return;
+    }
+    Box actual = seen(*box);
+    if (expected.icon == QMessageBox::NoIcon)
+        actual.icon = QMessageBox::NoIcon;
+    if (described(actual) != described(expected))
+        found += QStringLiteral("%1 instead of %2").arg(described(actual), described(expected));
+    QAbstractButton *button = box->button(answer);
+    if (button != nullptr)
+        button->click();
+    else
+        box->reject();
+}
+
+} // namespace Planaria

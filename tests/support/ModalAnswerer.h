@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMessageBox>
+#include <QQueue>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+
+#include <functional>
+
+class QDialog;
+
+namespace Planaria {
+
+/// Answers the modal boxes and dialogs that a call under test opens, each of which blocks the call
+/// until someone presses a button. Plan the answers in the order of the boxes, make the call, then
+/// check `QCOMPARE(answerer.problems(), QStringList())`.
+///
+/// A box that differs from its plan is a problem, but is answered all the same; a dialog that was
+/// not planned is one too, and is rejected.
+class ModalAnswerer final
+{
+public:
+    struct Box
+    {
+        QString title;
+        QString text;
+        QMessageBox::StandardButtons buttons = QMessageBox::Ok;
+        QMessageBox::StandardButton defaultButton = QMessageBox::Ok;
+        QMessageBox::Icon icon = QMessageBox::NoIcon; // as expectation: whichever it bears
+    };
+
+    ModalAnswerer();
+
+    void expectBox(const Box &box, QMessageBox::StandardButton answer);
+
+    /// @param answer must close the dialog, at once or by what it starts
+    void expectDialog(const std::function<void(QDialog *)> &answer);
+
+    /// What went otherwise than planned, the plans that no dialog has met among it.
+    [[nodiscard]] QStringList problems() const;
+
+private:
+    void answerActive();
+    void answerBox(QDialog *dialog, const Box &expected, QMessageBox::StandardButton answer);
+
+    QTimer timer;
+    QQueue<std::function<void(QDialog *)>> answers;
+    QStringList found;
+};
+
+} // namespace Planaria

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "db/DB.h"
+
+#include <QString>
+#include <QTemporaryDir>
+#include <QVariant>
+
+namespace Planaria {
+
+/// An `.edb` file with tables and vocabulary, but no elements, in a folder of its own that goes
+/// with the object. The registry holds its vocabulary.
+class TemporaryLibrary final
+{
+public:
+    TemporaryLibrary();
+
+    DB *db() { return &database; }
+    [[nodiscard]] QString fileName() const
+    {
+        return folder.filePath(QStringLiteral("library.edb"));
+    }
+    /// A name in the same folder.
+    [[nodiscard]] QString filePath(const QString &name) const { return folder.filePath(name); }
+
+    /// Executes one statement; fails the test by qFatal where it cannot.
+    void run(const QString &sql);
+    /// The first column of the first row; null without a row.
+    QVariant value(const QString &sql);
+    int count(const QString &table) { return database.getNumRows(table); }
+
+    /// What `PRAGMA foreign_key_check` finds, one row a text; empty in a sound file.
+    QStringList brokenReferences();
+
+private:
+    QTemporaryDir folder;
+    DB database;
+};
+
+} // namespace Planaria
