@@ -1,0 +1,352 @@
+#include "morphology/MorphologyListView.h"
+
+#include "db/ExperimentFactory.h"
+#include "model/Morphology.h"
+#include "model/Region.h"
+#include "morphology/MorphologyItem.h"
+#include "support/Picture.h"
+
+#include <QApplication>
+#include <QGraphicsPixmapItem>
+#include <QGraphicsScene>
+#include <QGraphicsTextItem>
+#include <QScrollBar>
+#include <QTest>
+
+using namespace Planaria;
+
+namespace {
+
+std::unique_ptr<Morphology> oval(const QString &name, double halfWidth, double halfHeight)
+{
+    auto worm = std::make_unique<Morphology>();
+    worm->setName(name);
+    Region *region = worm->addRegion(ExperimentFactory::instance(nullptr)->regionType(1));
+    region->setParams({halfWidth, halfHeight, halfWidth, halfHeight});
+    return worm;
+}
+
+QByteArray redAboveBlue(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            image.setPixelColor(x, y, y < size.height() / 2 ? Qt::red : Qt::blue);
+    }
+    return encoded(image, "png");
+}
+
+/// The items of one kind that @p view shows, in the order in which they were added.
+template <typename Item> QList<Item *> shown(const MorphologyListView &view)
+{
+    QList<Item *> found;
+    for (QGraphicsItem *any : view.scene()->items(Qt::AscendingOrder)) {
+        auto *item = dynamic_cast<Item *>(any);
+        if (item != nullptr && item->parentItem() == nullptr)
+            found += item;
+    }
+    return found;
+}
+
+QStringList shownTexts(const MorphologyListView &view)
+{
+    QStringList texts;
+    for (const QGraphicsTextItem *text : shown<QGraphicsTextItem>(view))
+        texts += text->toPlainText();
+    return texts;
+}
+
+/// Whether both agree to a tenth; the extent of a pen is not exact.
+bool near(const QRectF &actual, const QRectF &expected)
+{
+    return std::abs(actual.left() - expected.left()) < 0.1 &&
+           std::abs(actual.right() - expected.right()) < 0.1 &&
+           std::abs(actual.top() - expected.top()) < 0.1 &&
+           std::abs(actual.bottom() - expected.bottom()) < 0.1;
+}
+
+} // namespace
+
+class MorphologyListViewTest final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void numbersTheWormsAboveTheirRows();
+    void showsNamesAsTheyAreWritten();
+    void writesInBoldArial();
+    void writesUpright();
+    void writesInInkInEveryTheme();
+
+    void setsEachWormBelowItsNameLeftAligned();
+    void setsAWormByTheMiddleOfItsDrawing();
+    void setsPicturesInARowBesideTheWorm();
+    void leavesNoRoomForPicturesThatAreNotThere();
+    void showsPicturesUpright();
+    void blendsNoPixelsOfPictures();
+    void showsARedSquareForWhatIsNoPicture();
+    void keepsPlaceForAWormWithoutRegions();
+
+    void showsWormsAtTheirNaturalSize();
+    void showsOneListAtATime();
+    void scrollsToTheEndOfARefilledList();
+    void forgetsItsList();
+    void tellsWhatItShows();
+
+private:
+    void addPicture(int worm, const QByteArray &bytes) { worms[worm]->addImage(bytes); }
+    [[nodiscard]] QList<Morphology *> list() const;
+
+    /// Ovals of 41 by 61 and of 101 by 21, pens included.
+    std::array<std::unique_ptr<Morphology>, 2> worms;
+};
+
+void MorphologyListViewTest::init()
+{
+    worms = {oval("High", 20.0, 30.0), oval("Wide", 50.0, 10.0)};
+}
+
+QList<Morphology *> MorphologyListViewTest::list() const
+{
+    return {worms[0].get(), worms[1].get()};
+}
+
+// --- Names ---
+
+void MorphologyListViewTest::numbersTheWormsAboveTheirRows()
+{
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    QCOMPARE(shownTexts(view), QStringList({"1. High", "2. Wide"}));
+    const double height = shown<MorphologyItem>(view).first()->boundingRect().height();
+    const auto texts = shown<QGraphicsTextItem>(view);
+    QCOMPARE(texts[0]->pos(), QPointF(0.0, 0.0));
+    QCOMPARE(texts[1]->pos(), QPointF(0.0, -(50.0 + height + 60.0)));
+}
+
+void MorphologyListViewTest::showsNamesAsTheyAreWritten()
+{
+    worms[0]->setName("<b>%1 & %2</b>");
+    worms[1]->setName({});
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    QCOMPARE(shownTexts(view), QStringList({"1. <b>%1 & %2</b>", "2. "}));
+}
+
+void MorphologyListViewTest::writesInBoldArial()
+{
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    for (const QGraphicsTextItem *text : shown<QGraphicsTextItem>(view)) {
+        QCOMPARE(text->font().family(), "Arial");
+        QCOMPARE(text->font().pointSize(), 16);
+        QCOMPARE(text->font().weight(), int(QFont::Bold));
+    }
+}
+
+void MorphologyListViewTest::writesUpright()
+{
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    for (const QGraphicsTextItem *text : shown<QGraphicsTextItem>(view)) {
+        QCOMPARE(text->deviceTransform(view.viewportTransform()).m22(), 1.0);
+        QCOMPARE(text->deviceTransform(view.viewportTransform()).m11(), 1.0);
+        // It hangs down from its position, into the room above the worm.
+        QCOMPARE(text->sceneBoundingRect().bottom(), text->y());
+        QVERIFY(text->sceneBoundingRect().height() < 50.0);
+    }
+}
+
+void MorphologyListViewTest::writesInInkInEveryTheme()
+{
+    const QPalette light = QApplication::palette();
+    QApplication::setPalette(QPalette(Qt::black));
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    const QColor ink = shown<QGraphicsTextItem>(view).first()->defaultTextColor();
+    QApplication::setPalette(light);
+    QCOMPARE(ink, QColor(Qt::black));
+}
+
+// --- Rows ---
+
+void MorphologyListViewTest::setsEachWormBelowItsNameLeftAligned()
+{
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    const auto items = shown<MorphologyItem>(view);
+    QCOMPARE(items.size(), 2);
+
+    double top = -50.0;
+    for (const MorphologyItem *item : items) {
+        const QRectF extent = item->boundingRect();
+        QCOMPARE(item->pos(), QPointF(40.0 + 0.5 * extent.width(), top - 0.5 * extent.height()));
+        top -= extent.height() + 60.0 + 50.0;
+    }
+    QVERIFY(near(items[0]->sceneBoundingRect(), {40.0, -111.0, 41.0, 61.0}));
+    QVERIFY(near(items[1]->sceneBoundingRect(), {40.0, -242.0, 101.0, 21.0}));
+}
+
+void MorphologyListViewTest::setsAWormByTheMiddleOfItsDrawing()
+{
+    const auto worm = oval("Two pieces", 10.0, 10.0);
+    worm->addRegion(worm->regions().first()->type())->setParams({90.0, 30.0, 90.0, 30.0});
+    MorphologyItem drawing(*worm, nullptr, false);
+    const QRectF asDrawn = drawing.boundingRect();
+    drawing.centerAtZero();
+    const QRectF centred = drawing.boundingRect();
+    QVERIFY(centred != asDrawn);
+
+    MorphologyListView view(nullptr);
+    view.setMorphologyList({worm.get()});
+    const MorphologyItem *item = shown<MorphologyItem>(view).first();
+    QCOMPARE(item->boundingRect(), centred);
+    QCOMPARE(item->pos(), QPointF(40.0 + 0.5 * centred.width(), -50.0 - 0.5 * centred.height()));
+}
+
+void MorphologyListViewTest::setsPicturesInARowBesideTheWorm()
+{
+    addPicture(0, redAboveBlue({100, 50}));
+    addPicture(0, redAboveBlue({90, 90}));
+    addPicture(1, redAboveBlue({42, 84}));
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+
+    // As high as the worm without its fraction, and as wide as their proportions make them.
+    const QList<QSize> sizes = {{122, 61}, {61, 61}, {11, 21}};
+    const QList<QPointF> corners = {{121.0, -111.0}, {283.0, -111.0}, {181.0, -242.0}};
+    const auto pictures = shown<QGraphicsPixmapItem>(view);
+    QCOMPARE(pictures.size(), 3);
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(pictures[i]->pixmap().size(), sizes[i]);
+        QVERIFY(near(pictures[i]->sceneBoundingRect(), {corners[i], sizes[i]}));
+    }
+}
+
+void MorphologyListViewTest::leavesNoRoomForPicturesThatAreNotThere()
+{
+    const auto secondRow = [this] {
+        MorphologyListView view(nullptr);
+        view.setMorphologyList(list());
+        return shown<QGraphicsTextItem>(view).at(1)->y();
+    };
+    const double withoutPictures = secondRow();
+    const double height = MorphologyItem(*worms[0], nullptr, false).boundingRect().height();
+    QCOMPARE(withoutPictures, -(height + 60.0 + 50.0));
+    addPicture(0, redAboveBlue({10, 1000}));
+    QCOMPARE(secondRow(), withoutPictures);
+}
+
+void MorphologyListViewTest::showsPicturesUpright()
+{
+    addPicture(0, redAboveBlue({50, 50}));
+    MorphologyListView view(nullptr);
+    view.setMorphologyList({worms[0].get()});
+    view.resize(400, 300);
+    view.show();
+    const QRectF picture = shown<QGraphicsPixmapItem>(view).first()->sceneBoundingRect();
+    const QImage screen = view.viewport()->grab().toImage();
+    const QPoint upper = view.mapFromScene(picture.center().x(), picture.bottom() - 10.0);
+    const QPoint lower = view.mapFromScene(picture.center().x(), picture.top() + 10.0);
+    QVERIFY(upper.y() < lower.y());
+    QCOMPARE(screen.pixelColor(upper), QColor(Qt::red));
+    QCOMPARE(screen.pixelColor(lower), QColor(Qt::blue));
+}
+
+void MorphologyListViewTest::blendsNoPixelsOfPictures()
+{
+    addPicture(0, redAboveBlue({50, 200}));
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    const QImage image = shown<QGraphicsPixmapItem>(view).first()->pixmap().toImage();
+    for (int y = 0; y < image.height(); ++y) {
+        const QColor colour = image.pixelColor(0, y);
+        QVERIFY(colour == QColor(Qt::red) || colour == QColor(Qt::blue));
+    }
+}
+
+void MorphologyListViewTest::showsARedSquareForWhatIsNoPicture()
+{
+    addPicture(0, "no picture");
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    const auto pictures = shown<QGraphicsPixmapItem>(view);
+    QCOMPARE(pictures.size(), 1);
+    QCOMPARE(pictures.first()->pixmap().size(), QSize(61, 61));
+    QCOMPARE(pictures.first()->pixmap().toImage().pixelColor(30, 30), QColor(Qt::red));
+}
+
+void MorphologyListViewTest::keepsPlaceForAWormWithoutRegions()
+{
+    Morphology empty;
+    empty.setName("Empty");
+    empty.addImage(redAboveBlue({50, 50}));
+    MorphologyListView view(nullptr);
+    view.setMorphologyList({&empty, worms[0].get()});
+    QCOMPARE(shownTexts(view), QStringList({"1. Empty", "2. High"}));
+    QCOMPARE(shown<QGraphicsTextItem>(view).at(1)->pos(), QPointF(0.0, -110.0));
+    QVERIFY(
+        near(shown<MorphologyItem>(view).at(1)->sceneBoundingRect(), {40.0, -221.0, 41.0, 61.0}));
+}
+
+// --- The list ---
+
+void MorphologyListViewTest::showsWormsAtTheirNaturalSize()
+{
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(QList<Morphology *>(50, worms[0].get()));
+    view.resize(200, 200);
+    view.show();
+    QCOMPARE(view.transform(), QTransform::fromScale(1.0, -1.0));
+    QCOMPARE(view.sceneRect(), view.scene()->itemsBoundingRect());
+}
+
+void MorphologyListViewTest::showsOneListAtATime()
+{
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    view.setMorphologyList({worms[1].get()});
+    QCOMPARE(shownTexts(view), QStringList("1. Wide"));
+    QCOMPARE(shown<MorphologyItem>(view).size(), 1);
+    view.setMorphologyList({});
+    QVERIFY(view.scene()->items().isEmpty());
+}
+
+void MorphologyListViewTest::scrollsToTheEndOfARefilledList()
+{
+    MorphologyListView view(nullptr);
+    view.resize(200, 200);
+    view.show();
+    for (const int count : {2, 6, 2}) {
+        view.setMorphologyList(QList<Morphology *>(count, worms[0].get()));
+        QCOMPARE(view.sceneRect(), view.scene()->itemsBoundingRect());
+        view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
+        const QRectF last = shown<MorphologyItem>(view).last()->sceneBoundingRect();
+        const QRect seen = view.mapFromScene(last).boundingRect();
+        QVERIFY(view.viewport()->rect().adjusted(-1, -1, 1, 1).contains(seen)); // pixels are whole
+    }
+}
+
+void MorphologyListViewTest::forgetsItsList()
+{
+    addPicture(0, redAboveBlue({50, 50}));
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    view.clear();
+    QVERIFY(view.scene()->items().isEmpty());
+}
+
+void MorphologyListViewTest::tellsWhatItShows()
+{
+    MorphologyListView view(nullptr);
+    QCOMPARE(view.accessibleName(), "No morphologies");
+    view.setMorphologyList(list());
+    QCOMPARE(view.accessibleName(), "Drawings of morphologies: 2");
+    view.clear();
+    QCOMPARE(view.accessibleName(), "No morphologies");
+}
+
+QTEST_MAIN(MorphologyListViewTest)
+#include "MorphologyListViewTest.moc"
