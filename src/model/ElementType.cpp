@@ -29,7 +29,7 @@ ElementType &ElementType::operator=(const ElementType &other)
 
 DBElementData::References ElementType::column(const DBElementData &element, const DB *target)
 {
-    const bool isStandIn = name_.isEmpty();
+    const bool isStandIn = name_.isEmpty() && !data.db();
     if (isStandIn && element.isStoredIn(target))
         return {};
     return {{QStringLiteral("Type"), this}};

@@ -322,9 +322,9 @@ void ExperimentFactoryTest::copiedWordsKeepTheirIds()
     TemporaryLibrary library;
     const SpotOrganType brain(2, library.db());
     QCOMPARE(brain.name(), "Brain");
-    const SpotOrganType &copy(brain);
-    QCOMPARE(copy.id(), 2);
-    QCOMPARE(copy.name(), "Brain");
+    const auto copy = std::make_unique<SpotOrganType>(brain);
+    QCOMPARE(copy->id(), 2);
+    QCOMPARE(copy->name(), "Brain");
 
     LineOrganType cord(5, "Nerve");
     QCOMPARE(cord.id(), 5);
