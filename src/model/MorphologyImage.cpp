@@ -44,13 +44,18 @@ QByteArray MorphologyImage::format() const
     return QImageReader(&buffer).format();
 }
 
-QImage MorphologyImage::createImage() const
+QImage MorphologyImage::decoded(const QByteArray &bytes)
 {
     QBuffer buffer;
-    buffer.setData(bytes_);
+    buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader::setAllocationLimit(largestImageMegabytes);
-    QImage image = QImageReader(&buffer).read();
+    return QImageReader(&buffer).read();
+}
+
+QImage MorphologyImage::createImage() const
+{
+    QImage image = decoded(bytes_);
     if (image.isNull()) {
         image = QImage(100, 100, QImage::Format_RGB32);
         image.fill(Qt::red);

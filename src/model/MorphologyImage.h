@@ -20,6 +20,9 @@ public:
 
     [[nodiscard]] const QByteArray &bytes() const { return bytes_; }
 
+    /// The picture in the bytes of an image file; null where it cannot be decoded.
+    static QImage decoded(const QByteArray &bytes);
+
     /// The file format that the bytes show, as "png"; empty for none that is known.
     [[nodiscard]] QByteArray format() const;
 

@@ -119,6 +119,9 @@ bool RegionsLink::operator==(const RegionsLink &other) const
 
 int RegionsLink::submit(DB *db)
 {
+    // Two regions at one point leave no ratio, and SQLite takes no number that is none.
+    if (std::isnan(ratio_))
+        ratio_ = 0.5;
     return data.submit(db, DBElementData::Values{{"FromRegion", from_->id()},
                                                  {"ToRegion", to_->id()},
                                                  {"Dist", dist_},

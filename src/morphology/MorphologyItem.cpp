@@ -3,6 +3,7 @@
 #include "model/Morphology.h"
 #include "model/RegionType.h"
 #include "morphology/DrawableNumbers.h"
+#include "morphology/RegionLayout.h"
 
 #include <QRadialGradient>
 
@@ -126,58 +127,12 @@ QGraphicsPathItem *MorphologyItem::createRegionItem(const Region *region, const 
 
 void MorphologyItem::updateRegionsPos(const Morphology &morphology)
 {
-    // A piece's extent must be known before the next piece can be set beside it: measure each with
-    // its first region at the origin, then place them from left to right.
-    QList<QRectF> pieces;
-    QList<Region *> pending = morphology.regions();
-    while (!pending.isEmpty())
-        pieces.append(updateLinkedRegionsPos(pending.takeFirst(), QPointF(), &pending));
-
-    pending = morphology.regions();
-    double x = 0.0;
-    for (qsizetype i = 0; i < pieces.size(); ++i) {
-        const double y = -(0.5 * pieces[i].height() + pieces[i].top());
-        updateLinkedRegionsPos(pending.takeFirst(), QPointF(x, y), &pending);
-        if (i + 1 < pieces.size())
-            x += pieces[i].left() + pieces[i].width() - pieces[i + 1].left() + 25.0;
-    }
-}
-
-QRectF MorphologyItem::updateLinkedRegionsPos(const Region *region, const QPointF &pos,
-                                              QList<Region *> *pending)
-{
-    // Depth first, so that a region that two routes lead to keeps the place of the first one. The
-    // road back is a list: a chain of regions in a damaged file may be longer than the call stack.
-    struct Step
-    {
-        const Region *region;
-        QPointF pos;
-        qsizetype nextLink = 0;
-    };
-    QList<Step> road;
-    QRectF bounds;
-    const auto enter = [&](const Region *entered, const QPointF &enteredPos) {
-        QGraphicsPathItem *item = regionItems.value(entered);
-        item->setPos(enteredPos);
-        bounds |= item->boundingRect().translated(enteredPos);
-        road.append({entered, enteredPos});
-    };
-
-    enter(region, pos);
-    while (!road.isEmpty()) {
-        Step &step = road.last();
-        if (step.nextLink == step.region->links().size()) {
-            road.removeLast();
-            continue;
-        }
-        const RegionsLink *link = step.region->links().at(step.nextLink++);
-        Region *other = link->otherRegion(step.region);
-        if (pending->removeOne(other)) {
-            enter(other, step.pos + Drawable::totalDist(link) *
-                                        direction(Drawable::ang(link, step.region)));
-        }
-    }
-    return bounds;
+    layOutRegions(
+        morphology,
+        [this](const Region *region) { return regionItems.value(region)->boundingRect(); },
+        [this](const Region *region, const QPointF &pos) {
+            regionItems.value(region)->setPos(pos);
+        });
 }
 
 void MorphologyItem::centerAtGravity()

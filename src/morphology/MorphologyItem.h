@@ -46,10 +46,6 @@ private:
     QGraphicsPathItem *createRegionItem(const Region *region, const QPainterPath &path);
 
     void updateRegionsPos(const Morphology &morphology);
-    /// Places @p region at @p pos and, from there, all of @p pending that hang on it.
-    /// @return their extent
-    QRectF updateLinkedRegionsPos(const Region *region, const QPointF &pos,
-                                  QList<Region *> *pending);
     void centerAtGravity();
     void moveAll(const QPointF &offset);
     void setupGlobalPath();

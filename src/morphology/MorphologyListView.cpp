@@ -2,6 +2,7 @@
 
 #include "model/Morphology.h"
 #include "model/MorphologyImage.h"
+#include "morphology/MorphoGraphView.h"
 #include "morphology/MorphologyItem.h"
 #include "morphology/PictureSize.h"
 
@@ -49,18 +50,17 @@ void MorphologyListView::setMorphologyList(const QList<Morphology *> &list)
 
 void MorphologyListView::drawMorphologies()
 {
+    MorphoGraphView graphView(nullptr);
     double y = 0.0;
     for (int i = 0; i < morphologies.size(); ++i) {
-        const Morphology &morphology = *morphologies.at(i);
-        addText(morphology, y, i);
+        Morphology *morphology = morphologies.at(i);
+        addText(*morphology, y, i);
 
         const double top = y - textHeight;
-        auto *worm = new MorphologyItem(morphology, nullptr, false);
-        worm->centerAtZero();
-        const QRectF graph = addGraph(*worm, top);
-        const QRectF extent = addMorph(worm, top, graph);
+        const QRectF graph = addGraph(&graphView, morphology, top);
+        const QRectF extent = addMorph(*morphology, top, graph);
         const double height = std::max(extent.height(), graph.height());
-        addImages(morphology, top, height, columnGap + graph.width() + extent.width());
+        addImages(*morphology, top, height, columnGap + graph.width() + extent.width());
         y = top - (height + rowGap);
     }
 }
@@ -75,16 +75,29 @@ void MorphologyListView::addText(const Morphology &morphology, double y, int num
     setUpright(text);
 }
 
-QRectF MorphologyListView::addGraph(const MorphologyItem &worm, double y)
+QRectF MorphologyListView::addGraph(MorphoGraphView *graphView, Morphology *morphology, double y)
 {
-    // Without an editor of graphs the column is empty: no wider than a line, and as high as the
-    // worm, which so stands below its name.
-    const double height = worm.boundingRect().height();
-    return {0.0, y - height, 0.0, height};
+    graphView->setMorphology(morphology);
+    QGraphicsScene *graphScene = graphView->scene();
+    const QRectF graph = graphScene->itemsBoundingRect();
+    const QPointF offset(-graph.left(), y - 0.5 * graph.height() - graph.center().y());
+
+    const QList<QGraphicsItem *> items = graphScene->items();
+    for (QGraphicsItem *item : items)
+        item->setFlags({});
+    for (QGraphicsItem *item : items) {
+        if (item->parentItem())
+            continue;
+        scene()->addItem(item);
+        item->moveBy(offset.x(), offset.y());
+    }
+    return graph;
 }
 
-QRectF MorphologyListView::addMorph(MorphologyItem *worm, double y, const QRectF &graph)
+QRectF MorphologyListView::addMorph(const Morphology &morphology, double y, const QRectF &graph)
 {
+    auto *worm = new MorphologyItem(morphology, nullptr, false);
+    worm->centerAtZero();
     const QRectF extent = worm->boundingRect();
     worm->setPos(columnGap + graph.width() + 0.5 * extent.width(), y - 0.5 * graph.height());
     scene()->addItem(worm);

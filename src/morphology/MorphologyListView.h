@@ -7,9 +7,10 @@
 namespace Planaria {
 
 class Morphology;
-class MorphologyItem;
+class MorphoGraphView;
 
-/// Shows many worms, one row each: number and name, and below them the worm and its pictures.
+/// Shows many worms, one row each: number and name, and below them the graph, the worm and its
+/// pictures.
 class MorphologyListView final : public ZoomGraphicsView
 {
     Q_OBJECT
@@ -29,10 +30,11 @@ private:
     // Each draws one column of a row; y is its top, in scene units that grow upwards.
 
     void addText(const Morphology &morphology, double y, int number);
-    /// Draws the graph with its left edge at 0. @return its extent
-    QRectF addGraph(const MorphologyItem &worm, double y);
-    /// Puts @p worm to the right of the graph, level with its middle. @return its extent
-    QRectF addMorph(MorphologyItem *worm, double y, const QRectF &graph);
+    /// Builds the graph in @p graphView and takes it over, with its left edge at 0 and nothing left
+    /// to drag. @return its extent
+    QRectF addGraph(MorphoGraphView *graphView, Morphology *morphology, double y);
+    /// Draws the worm to the right of the graph, level with its middle. @return its extent
+    QRectF addMorph(const Morphology &morphology, double y, const QRectF &graph);
     void addImages(const Morphology &morphology, double y, double height, double x);
 
     QList<Morphology *> morphologies;

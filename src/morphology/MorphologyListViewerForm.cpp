@@ -4,10 +4,10 @@
 #include "db/DB.h"
 #include "model/Morphology.h"
 #include "morphology/MorphologyListView.h"
+#include "widgets/WindowSettings.h"
 
 #include <QDialogButtonBox>
 #include <QProgressDialog>
-#include <QSettings>
 #include <QVBoxLayout>
 
 namespace Planaria {
@@ -71,20 +71,12 @@ void MorphologyListViewerForm::setupView()
 
 void MorphologyListViewerForm::readSettings()
 {
-    QSettings settings;
-    settings.beginGroup(QLatin1String(settingsGroup));
-    resize(settings.value(QStringLiteral("size"), size()).toSize());
-    if (settings.value(QStringLiteral("maximized"), false).toBool())
-        setWindowState(Qt::WindowMaximized); // not shown yet: exec() has to show it as modal
+    WindowSettings::read(this, QLatin1String(settingsGroup));
 }
 
 void MorphologyListViewerForm::writeSettings() const
 {
-    QSettings settings;
-    settings.beginGroup(QLatin1String(settingsGroup));
-    settings.setValue(QStringLiteral("maximized"), isMaximized());
-    if (!isMaximized())
-        settings.setValue(QStringLiteral("size"), size());
+    WindowSettings::write(this, QLatin1String(settingsGroup));
 }
 
 } // namespace Planaria

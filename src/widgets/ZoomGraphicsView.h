@@ -34,10 +34,11 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
+    QAction *saveImageAction; // a view with a context menu of its own puts it there
+
 private:
     void resetZoom();
 
-    QAction *saveImageAction;
     bool autoFit;
     bool flipY;
     bool zooming = false;

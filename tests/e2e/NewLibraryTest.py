@@ -5,8 +5,13 @@ folder = Path.cwd()
 
 
 def see_worm():
-    """Down the middle of the worm, between its two green cords, lie a red head, a gray trunk, a blue tail."""
+    """Right of the graph and down the middle of the worm, between its two green cords, lie a red head, a gray trunk,
+    a blue tail."""
     viewer = ui.grab("Morphology list viewer")
+    graph, frame = viewer.find_colour((255, 0, 0)), viewer.rect     # the levers of the graph
+    right = graph.x + graph.w
+    frame.x, frame.w = right, frame.x + frame.w - right
+    viewer = ui.grab(frame)
     cords = viewer.find_colour((0, 255, 0))
     assert cords and 450 < cords.h < 550 and cords.w < 120, cords
     x, y = cords.centre

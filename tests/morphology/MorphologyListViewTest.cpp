@@ -3,6 +3,12 @@
 #include "db/ExperimentFactory.h"
 #include "model/Morphology.h"
 #include "model/Region.h"
+#include "model/WormLines.h"
+#include "morphology/MGLinkLever.h"
+#include "morphology/MGRegion.h"
+#include "morphology/MGRegionLever.h"
+#include "morphology/MGSpotOrgan.h"
+#include "morphology/MorphoGraphView.h"
 #include "morphology/MorphologyItem.h"
 #include "support/Picture.h"
 
@@ -56,6 +62,24 @@ QStringList shownTexts(const MorphologyListView &view)
     return texts;
 }
 
+/// The extent of a worm's graph where it is edited.
+QRectF graphExtent(Morphology *worm)
+{
+    const MorphoGraphView view(worm, nullptr);
+    return view.scene()->itemsBoundingRect();
+}
+
+/// Head and tail with an eye.
+std::unique_ptr<Morphology> wormWithAnEye()
+{
+    const auto *words = ExperimentFactory::instance(nullptr);
+    auto worm = std::make_unique<Morphology>();
+    Region *head = worm->addRegion(words->regionTypes.at(0));
+    head->addSpotOrgan(words->spotOrganTypes.at(0), {20.0, 20.0}, 0.0);
+    head->addLink(worm->addRegion(words->regionTypes.at(2)), 150.0, 4.0, 0.5);
+    return worm;
+}
+
 /// Whether both agree to a tenth; the extent of a pen is not exact.
 bool near(const QRectF &actual, const QRectF &expected)
 {
@@ -80,8 +104,14 @@ private slots:
     void writesUpright();
     void writesInInkInEveryTheme();
 
-    void setsEachWormBelowItsNameLeftAligned();
+    void setsEachWormBesideItsGraph();
     void setsAWormByTheMiddleOfItsDrawing();
+    void setsEachGraphBelowItsNameLeftAligned();
+    void makesTheRowAsHighAsTheHigherOfGraphAndWorm();
+    void showsGraphsWithLeversButWithoutOrgans();
+    void letsNothingBeDraggedOrSelected();
+    void changesNoWorm();
+    void outlivesItsWorms();
     void setsPicturesInARowBesideTheWorm();
     void leavesNoRoomForPicturesThatAreNotThere();
     void showsPicturesUpright();
@@ -120,10 +150,9 @@ void MorphologyListViewTest::numbersTheWormsAboveTheirRows()
     MorphologyListView view(nullptr);
     view.setMorphologyList(list());
     QCOMPARE(shownTexts(view), QStringList({"1. High", "2. Wide"}));
-    const double height = shown<MorphologyItem>(view).first()->boundingRect().height();
     const auto texts = shown<QGraphicsTextItem>(view);
     QCOMPARE(texts[0]->pos(), QPointF(0.0, 0.0));
-    QCOMPARE(texts[1]->pos(), QPointF(0.0, -(50.0 + height + 60.0)));
+    QCOMPARE(texts[1]->pos(), QPointF(0.0, -(50.0 + 121.0 + 60.0)));
 }
 
 void MorphologyListViewTest::showsNamesAsTheyAreWritten()
@@ -172,21 +201,16 @@ void MorphologyListViewTest::writesInInkInEveryTheme()
 
 // --- Rows ---
 
-void MorphologyListViewTest::setsEachWormBelowItsNameLeftAligned()
+void MorphologyListViewTest::setsEachWormBesideItsGraph()
 {
     MorphologyListView view(nullptr);
     view.setMorphologyList(list());
     const auto items = shown<MorphologyItem>(view);
     QCOMPARE(items.size(), 2);
 
-    double top = -50.0;
-    for (const MorphologyItem *item : items) {
-        const QRectF extent = item->boundingRect();
-        QCOMPARE(item->pos(), QPointF(40.0 + 0.5 * extent.width(), top - 0.5 * extent.height()));
-        top -= extent.height() + 60.0 + 50.0;
-    }
-    QVERIFY(near(items[0]->sceneBoundingRect(), {40.0, -111.0, 41.0, 61.0}));
-    QVERIFY(near(items[1]->sceneBoundingRect(), {40.0, -242.0, 101.0, 21.0}));
+    // Beside graphs of 101 by 121 and of 161 by 81, level with their middles.
+    QVERIFY(near(items[0]->sceneBoundingRect(), {141.0, -141.0, 41.0, 61.0}));
+    QVERIFY(near(items[1]->sceneBoundingRect(), {201.0, -332.0, 101.0, 21.0}));
 }
 
 void MorphologyListViewTest::setsAWormByTheMiddleOfItsDrawing()
@@ -203,7 +227,105 @@ void MorphologyListViewTest::setsAWormByTheMiddleOfItsDrawing()
     view.setMorphologyList({worm.get()});
     const MorphologyItem *item = shown<MorphologyItem>(view).first();
     QCOMPARE(item->boundingRect(), centred);
-    QCOMPARE(item->pos(), QPointF(40.0 + 0.5 * centred.width(), -50.0 - 0.5 * centred.height()));
+    const QRectF graph = graphExtent(worm.get());
+    QCOMPARE(item->pos(),
+             QPointF(40.0 + graph.width() + 0.5 * centred.width(), -50.0 - 0.5 * graph.height()));
+}
+
+void MorphologyListViewTest::setsEachGraphBelowItsNameLeftAligned()
+{
+    MorphologyListView view(nullptr);
+    view.setMorphologyList(list());
+    const auto nodes = shown<MGRegion>(view);
+    QCOMPARE(nodes.size(), 2);
+    const auto extent = [](const MGRegion *node) {
+        return node->childrenBoundingRect().translated(node->scenePos());
+    };
+    QVERIFY(near(extent(nodes[0]), {0.0, -171.0, 101.0, 121.0}));
+    QVERIFY(near(extent(nodes[1]), {0.0, -362.0, 161.0, 81.0}));
+}
+
+void MorphologyListViewTest::makesTheRowAsHighAsTheHigherOfGraphAndWorm()
+{
+    const auto worm = wormWithAnEye();
+    for (Region *region : worm->regions())
+        region->setParams({-40.0, -40.0, -40.0}); // levers near the centres
+    const QRectF graph = graphExtent(worm.get());
+    const double drawn = MorphologyItem(*worm, nullptr, false).boundingRect().height();
+    MorphologyListView view(nullptr);
+    view.setMorphologyList({worm.get(), worms[0].get()});
+    QCOMPARE(shown<QGraphicsTextItem>(view).at(1)->y(),
+             -(50.0 + std::max(drawn, graph.height()) + 60.0));
+}
+
+void MorphologyListViewTest::showsGraphsWithLeversButWithoutOrgans()
+{
+    const auto worm = wormWithAnEye();
+    MorphologyListView view(nullptr);
+    view.setMorphologyList({worm.get()});
+    int levers = 0;
+    int organs = 0;
+    for (const QGraphicsItem *item : view.scene()->items()) {
+        const bool isLever = dynamic_cast<const MGRegionLever *>(item) != nullptr ||
+                             dynamic_cast<const MGLinkLever *>(item) != nullptr;
+        levers += isLever && item->isVisible() ? 1 : 0;
+        if (dynamic_cast<const MGSpotOrgan *>(item)) {
+            ++organs;
+            QVERIFY(!item->isVisible());
+        }
+    }
+    QCOMPARE(levers, 3 + 3 + 1);
+    QCOMPARE(organs, 1);
+}
+
+void MorphologyListViewTest::letsNothingBeDraggedOrSelected()
+{
+    const auto worm = wormWithAnEye();
+    const QStringList before = wormLines(*worm, Ids::Without);
+    MorphologyListView view(nullptr);
+    view.setMorphologyList({worm.get()});
+    view.resize(900, 700);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    for (const QGraphicsItem *item : view.scene()->items()) {
+        if (item->parentItem() && !item->isVisible())
+            continue;
+        const QPointF scenePos = item->scenePos();
+        const QPoint from = view.mapFromScene(scenePos);
+        QTest::mousePress(view.viewport(), Qt::LeftButton, Qt::NoModifier, from);
+        QTest::mouseMove(view.viewport(), from + QPoint(30, 20));
+        QTest::mouseRelease(view.viewport(), Qt::LeftButton, Qt::NoModifier, from + QPoint(30, 20));
+        QCOMPARE(item->scenePos(), scenePos);
+    }
+    QVERIFY(view.scene()->selectedItems().isEmpty());
+    QCOMPARE(wormLines(*worm, Ids::Without), before);
+}
+
+void MorphologyListViewTest::changesNoWorm()
+{
+    const auto worm = wormWithAnEye();
+    const QStringList before = wormLines(*worm, Ids::Without);
+    MorphologyListView view(nullptr);
+    view.setMorphologyList({worms[0].get(), worm.get()});
+    QCOMPARE(wormLines(*worm, Ids::Without), before);
+}
+
+void MorphologyListViewTest::outlivesItsWorms()
+{
+    auto worm = wormWithAnEye();
+    {
+        MorphologyListView view(nullptr);
+        view.setMorphologyList({worm.get()});
+        worm.reset();
+        view.clear();
+        QVERIFY(view.scene()->items().isEmpty());
+    }
+    worm = wormWithAnEye();
+    auto view = std::make_unique<MorphologyListView>(nullptr);
+    view->setMorphologyList({worm.get()});
+    worm.reset();
+    view->grab();
+    view.reset();
 }
 
 void MorphologyListViewTest::setsPicturesInARowBesideTheWorm()
@@ -214,9 +336,9 @@ void MorphologyListViewTest::setsPicturesInARowBesideTheWorm()
     MorphologyListView view(nullptr);
     view.setMorphologyList(list());
 
-    // As high as the worm without its fraction, and as wide as their proportions make them.
-    const QList<QSize> sizes = {{122, 61}, {61, 61}, {11, 21}};
-    const QList<QPointF> corners = {{121.0, -111.0}, {283.0, -111.0}, {181.0, -242.0}};
+    // As high as the row without its fraction, and as wide as their proportions make them.
+    const QList<QSize> sizes = {{242, 121}, {121, 121}, {41, 81}};
+    const QList<QPointF> corners = {{222.0, -171.0}, {504.0, -171.0}, {342.0, -362.0}};
     const auto pictures = shown<QGraphicsPixmapItem>(view);
     QCOMPARE(pictures.size(), 3);
     for (int i = 0; i < 3; ++i) {
@@ -233,8 +355,7 @@ void MorphologyListViewTest::leavesNoRoomForPicturesThatAreNotThere()
         return shown<QGraphicsTextItem>(view).at(1)->y();
     };
     const double withoutPictures = secondRow();
-    const double height = MorphologyItem(*worms[0], nullptr, false).boundingRect().height();
-    QCOMPARE(withoutPictures, -(height + 60.0 + 50.0));
+    QCOMPARE(withoutPictures, -(121.0 + 60.0 + 50.0));
     addPicture(0, redAboveBlue({10, 1000}));
     QCOMPARE(secondRow(), withoutPictures);
 }
@@ -274,7 +395,7 @@ void MorphologyListViewTest::showsARedSquareForWhatIsNoPicture()
     view.setMorphologyList(list());
     const auto pictures = shown<QGraphicsPixmapItem>(view);
     QCOMPARE(pictures.size(), 1);
-    QCOMPARE(pictures.first()->pixmap().size(), QSize(61, 61));
+    QCOMPARE(pictures.first()->pixmap().size(), QSize(121, 121));
     QCOMPARE(pictures.first()->pixmap().toImage().pixelColor(30, 30), QColor(Qt::red));
 }
 
@@ -288,7 +409,7 @@ void MorphologyListViewTest::keepsPlaceForAWormWithoutRegions()
     QCOMPARE(shownTexts(view), QStringList({"1. Empty", "2. High"}));
     QCOMPARE(shown<QGraphicsTextItem>(view).at(1)->pos(), QPointF(0.0, -110.0));
     QVERIFY(
-        near(shown<MorphologyItem>(view).at(1)->sceneBoundingRect(), {40.0, -221.0, 41.0, 61.0}));
+        near(shown<MorphologyItem>(view).at(1)->sceneBoundingRect(), {141.0, -251.0, 41.0, 61.0}));
 }
 
 // --- The list ---

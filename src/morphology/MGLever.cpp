@@ -1,0 +1,34 @@
+#include "morphology/MGLever.h"
+
+#include <QBrush>
+#include <QPen>
+#include <QScopedValueRollback>
+
+namespace Planaria {
+
+MGLever::MGLever(double radius, const QColor &color, QGraphicsItem *parent)
+    : QGraphicsEllipseItem(-radius, -radius, 2.0 * radius, 2.0 * radius, parent)
+{
+    setFlags(ItemIsMovable | ItemIsSelectable | ItemSendsGeometryChanges);
+    setPen(QPen(Qt::black, 1.0));
+    setBrush(color);
+}
+
+void MGLever::updatePos()
+{
+    const QScopedValueRollback guard(movesItself, true);
+    setPos(modelPos());
+}
+
+void MGLever::selectionChanged(bool /*selected*/) {}
+
+QVariant MGLever::itemChange(GraphicsItemChange change, const QVariant &value)
+{
+    if (change == ItemPositionChange && !movesItself)
+        return QGraphicsEllipseItem::itemChange(change, dragged(value.toPointF()));
+    if (change == ItemSelectedHasChanged)
+        selectionChanged(value.toBool());
+    return QGraphicsEllipseItem::itemChange(change, value);
+}
+
+} // namespace Planaria

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QGraphicsEllipseItem>
+
+namespace Planaria {
+
+/// A round handle with which the user sets numbers of the model by dragging it. It is placed from
+/// the model, and a drag is answered with the nearest place that the model allows.
+class MGLever : public QGraphicsEllipseItem
+{
+public:
+    /// @param radius scene units
+    MGLever(double radius, const QColor &color, QGraphicsItem *parent);
+
+    /// Places the lever from the model's numbers.
+    void updatePos();
+
+protected:
+    /// Where the model's numbers put the lever.
+    virtual QPointF modelPos() = 0;
+    /// Writes the model's numbers for a lever dragged to @p proposed.
+    /// @return the place that they stand for
+    virtual QPointF dragged(const QPointF &proposed) = 0;
+    virtual void selectionChanged(bool selected);
+
+    QVariant itemChange(GraphicsItemChange change, const QVariant &value) final;
+
+private:
+    bool movesItself = false;
+};
+
+} // namespace Planaria

@@ -1,0 +1,211 @@
+#include "morphology/MorphologyForm.h"
+
+#include "db/DB.h"
+#include "model/Morphology.h"
+#include "model/MorphologyImage.h"
+#include "morphology/MorphoGraphView.h"
+#include "morphology/MorphologyImageWidget.h"
+#include "morphology/MorphologyView.h"
+#include "widgets/WindowSettings.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+namespace Planaria {
+
+namespace {
+constexpr auto showAllKey = "MorphologyForm/showAllParameters";
+}
+
+MorphologyForm::MorphologyForm(Morphology *edited, DB *database, QWidget *parent)
+    : QDialog(parent), morphology(edited), db(database)
+{
+    createWidgets();
+    readSettings();
+}
+
+MorphologyForm::~MorphologyForm()
+{
+    writeSettings();
+}
+
+// --- Widgets ---
+
+void MorphologyForm::createWidgets()
+{
+    setWindowFlags(Qt::Window);
+    resize(800, 700);
+    const bool stored = morphology->id() != 0;
+    setWindowTitle(stored ? tr("Edit morphology") : tr("New morphology"));
+    if (stored)
+        originalName = morphology->name();
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(createNameRow());
+    layout->addSpacing(10);
+    layout->addWidget(createMiddle(), 1);
+    layout->addSpacing(10);
+    layout->addWidget(createButtonRow());
+    layout->setMenuBar(createMenuBar());
+}
+
+QWidget *MorphologyForm::createNameRow()
+{
+    auto *row = new QWidget(this);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto *label = new QLabel(tr("Name:"), row);
+    nameEdit = new QLineEdit(morphology->name(), row);
+    label->setBuddy(nameEdit);
+    connect(nameEdit, &QLineEdit::editingFinished, this, &MorphologyForm::nameChanged);
+    layout->addWidget(label);
+    layout->addWidget(nameEdit);
+    return row;
+}
+
+QWidget *MorphologyForm::createMiddle()
+{
+    auto *splitter = new QSplitter(this);
+    graphView = new MorphoGraphView(morphology, splitter);
+    auto *view = new MorphologyView(morphology, splitter);
+    connect(graphView, &MorphoGraphView::signMorphologyChanged, view,
+            &MorphologyView::morphologyChanged);
+
+    imageArea = new QWidget(splitter);
+    imageLayout = new QHBoxLayout(imageArea);
+    imageLayout->setContentsMargins(0, 0, 0, 0);
+    for (MorphologyImage *image : morphology->getImages())
+        addImageWidget(image);
+    imageArea->setVisible(morphology->nImages() > 0);
+
+    splitter->setSizes({100, 100, 100});
+    return splitter;
+}
+
+QWidget *MorphologyForm::createButtonRow()
+{
+    auto *row = new QWidget(this);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto *addButton = new QPushButton(tr("Add image"), row);
+    connect(addButton, &QPushButton::clicked, this, &MorphologyForm::addImage);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, row);
+    connect(buttons, &QDialogButtonBox::accepted, this, &MorphologyForm::formAccepted);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    layout->addWidget(addButton);
+    layout->addStretch();
+    layout->addWidget(buttons);
+    return row;
+}
+
+QMenuBar *MorphologyForm::createMenuBar()
+{
+    auto *menuBar = new QMenuBar(this);
+    QMenu *viewMenu = menuBar->addMenu(tr("&View"));
+    allParametersAction = viewMenu->addAction(
+        QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/application_view_detail.png")),
+        tr("&All parameters"));
+    allParametersAction->setCheckable(true);
+    allParametersAction->setShortcut(QKeySequence(tr("Ctrl+A")));
+    allParametersAction->setStatusTip(tr("Show all the parameters in the graph."));
+    connect(allParametersAction, &QAction::toggled, graphView,
+            &MorphoGraphView::updateParamsVisibility);
+    return menuBar;
+}
+
+void MorphologyForm::addImageWidget(MorphologyImage *image)
+{
+    auto *widget = new MorphologyImageWidget(image, imageArea);
+    connect(widget, &MorphologyImageWidget::deleted, this, &MorphologyForm::imageDeleted);
+    imageLayout->addWidget(widget, 1);
+}
+
+// --- Name ---
+
+void MorphologyForm::nameChanged()
+{
+    morphology->setName(nameEdit->text());
+}
+
+void MorphologyForm::formAccepted()
+{
+    nameChanged(); // a key that presses Ok leaves the focus, and the text, in the line edit
+
+    const QString &name = morphology->name();
+    if (name.isEmpty()) {
+        refuseName(tr("Name is empty"), tr("The name of a morphology cannot be left blank. "
+                                           "Please, specify a name for the morphology."));
+        return;
+    }
+    const bool keepsName = morphology->id() != 0 && name == originalName;
+    if (!keepsName && db->exist(QStringLiteral("Morphology"), QStringLiteral("Name"), name)) {
+        refuseName(tr("Morphology with same name found"),
+                   tr("The database already contains a morphology with the same name. Please, "
+                      "specify a different name for this morphology."));
+        return;
+    }
+    accept();
+}
+
+void MorphologyForm::refuseName(const QString &title, const QString &text)
+{
+    QMessageBox::warning(this, title, text);
+    nameEdit->setFocus();
+}
+
+// --- Pictures ---
+
+void MorphologyForm::addImage()
+{
+    const QString fileName = QFileDialog::getOpenFileName(this, tr("Add image"), QString(),
+                                                          tr("Images (*.bmp *.jpg *.jpeg *.png)"));
+    if (fileName.isEmpty())
+        return;
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        QMessageBox::critical(this, tr("Cannot open file"), tr("Unable to open the file."));
+        return;
+    }
+    const QByteArray bytes = file.readAll();
+    if (MorphologyImage::decoded(bytes).isNull()) {
+        QMessageBox::critical(this, tr("Cannot understand file"),
+                              tr("Unable to understand the format of the image file."));
+        return;
+    }
+    addImageWidget(morphology->addImage(bytes));
+    imageArea->setVisible(true);
+}
+
+void MorphologyForm::imageDeleted()
+{
+    if (morphology->nImages() == 0)
+        imageArea->setVisible(false);
+}
+
+// --- Settings ---
+
+void MorphologyForm::readSettings()
+{
+    WindowSettings::read(this, QStringLiteral("MorphologyForm"));
+    if (QSettings().value(QLatin1String(showAllKey), false).toBool())
+        allParametersAction->setChecked(true);
+}
+
+void MorphologyForm::writeSettings() const
+{
+    WindowSettings::write(this, QStringLiteral("MorphologyForm"));
+    QSettings().setValue(QLatin1String(showAllKey), allParametersAction->isChecked());
+}
+
+} // namespace Planaria

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QDialog>
+#include <QString>
+
+class QAction;
+class QHBoxLayout;
+class QLineEdit;
+class QMenuBar;
+
+namespace Planaria {
+
+class DB;
+class Morphology;
+class MorphologyImage;
+class MorphoGraphView;
+
+/// The dialog in which a morphology is made or edited: its name, its graph with the drawing live
+/// beside it, and its pictures.
+///
+/// All editing is done on the morphology itself, at once, and nothing is written to the file: the
+/// caller submits the morphology when the form is accepted, and throws it away when not.
+class MorphologyForm final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// @param edited must outlive the form
+    MorphologyForm(Morphology *edited, DB *database, QWidget *parent);
+    ~MorphologyForm() override;
+
+    Morphology *getMorphology() const { return morphology; }
+
+public slots:
+    void nameChanged();
+    void formAccepted();
+    void addImage();
+    void imageDeleted();
+
+private:
+    void createWidgets();
+    QWidget *createNameRow();
+    QWidget *createMiddle();
+    QWidget *createButtonRow();
+    QMenuBar *createMenuBar();
+    void addImageWidget(MorphologyImage *image);
+    /// Warns and leads back to the name.
+    void refuseName(const QString &title, const QString &text);
+    void readSettings();
+    void writeSettings() const;
+
+    Morphology *morphology;
+    DB *db;
+    QLineEdit *nameEdit = nullptr;
+    MorphoGraphView *graphView = nullptr;
+    QString originalName; // of a stored morphology
+    QWidget *imageArea = nullptr;
+    QHBoxLayout *imageLayout = nullptr;
+    QAction *allParametersAction = nullptr;
+};
+
+} // namespace Planaria
