@@ -63,7 +63,7 @@ struct Editor
         QApplication::processEvents();
     }
 
-    qsizetype items() const
+    [[nodiscard]] qsizetype items() const
     {
         return graph->scene()->items().size() + drawing->scene()->items().size();
     }
@@ -89,7 +89,7 @@ void dragStep(benchmark::State &state, int index, bool allParameters, bool paint
     const QPointF centre = node->pos();
     const qsizetype items = editor.items();
     int step = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         node->setPos(centre + 30.0 * Angles::direction(++step * Angles::fullTurn / 32.0));
         if (painted)
             editor.paint();

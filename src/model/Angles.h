@@ -16,7 +16,8 @@ inline constexpr double quarterTurn = 0.5 * std::numbers::pi;
 /// @p angle brought into [0, 2 pi).
 inline double normalized(double angle)
 {
-    return angle - fullTurn * std::floor(angle / fullTurn);
+    const double rest = angle - fullTurn * std::floor(angle / fullTurn);
+    return rest >= fullTurn ? 0.0 : rest; // rounding takes a hair below 0 to a full turn
 }
 
 /// The direction of one who looks back along @p angle; stays in [0, 2 pi) for an angle from there.
@@ -25,14 +26,14 @@ inline double opposite(double angle)
     return angle >= halfTurn ? angle - halfTurn : angle + halfTurn;
 }
 
-/// The arc from @p from to @p to in the direction of growing angle, in [0, 2 pi).
+/// The arc from @p from to @p to in the direction of growing angle, in [0, 2 pi].
 inline double sweep(double from, double to)
 {
     const double arc = std::atan2(std::sin(to - from), std::cos(to - from));
     return arc < 0.0 ? arc + fullTurn : arc;
 }
 
-/// The angle of @p vector, in [0, 2 pi).
+/// The angle of @p vector, in [0, 2 pi]; a full turn is what rounding makes of a hair below 0.
 inline double angleOf(const QPointF &vector)
 {
     const double angle = std::atan2(vector.y(), vector.x());

@@ -14,6 +14,28 @@ MGLever::MGLever(double radius, const QColor &color, QGraphicsItem *parent)
     setBrush(color);
 }
 
+MGLever::~MGLever()
+{
+    delete lineItem;
+}
+
+QLineF MGLever::line() const
+{
+    return lineItem ? lineItem->line() : QLineF();
+}
+
+void MGLever::addLine(double zValue)
+{
+    lineItem = new QGraphicsLineItem(parentItem());
+    lineItem->setZValue(zValue);
+    lineItem->setPen(QPen(Qt::black, 1.0));
+}
+
+void MGLever::setLine(const QPointF &rim, const QPointF &handle)
+{
+    lineItem->setLine(QLineF(rim, handle));
+}
+
 void MGLever::updatePos()
 {
     const QScopedValueRollback guard(movesItself, true);

@@ -11,6 +11,10 @@ class MGLever : public QGraphicsEllipseItem
 public:
     /// @param radius scene units
     MGLever(double radius, const QColor &color, QGraphicsItem *parent);
+    ~MGLever() override;
+
+    /// From the rim of the node to the lever; null for a lever without a line.
+    [[nodiscard]] QLineF line() const;
 
     /// Places the lever from the model's numbers.
     void updatePos();
@@ -23,9 +27,14 @@ protected:
     virtual QPointF dragged(const QPointF &proposed) = 0;
     virtual void selectionChanged(bool selected);
 
+    /// Gives the lever a line, a child of its node.
+    void addLine(double zValue);
+    void setLine(const QPointF &rim, const QPointF &handle);
+
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) final;
 
 private:
+    QGraphicsLineItem *lineItem = nullptr; // a child of the lever's parent; owned
     bool movesItself = false;
 };
 

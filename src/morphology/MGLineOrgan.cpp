@@ -1,6 +1,7 @@
 #include "morphology/MGLineOrgan.h"
 
 #include "model/LineOrgan.h"
+#include "morphology/DrawableNumbers.h"
 #include "morphology/MGLineOrganEnd.h"
 
 namespace Planaria {
@@ -39,11 +40,11 @@ QVariant MGLineOrgan::itemChange(GraphicsItemChange change, const QVariant &valu
     if (change != ItemPositionChange || movesItself)
         return MGOrgan::itemChange(change, value);
 
-    const QPointF oldPos = lineOrgan_->pos();
+    const QPointF oldPos = Drawable::point(lineOrgan_->pos());
     QVariant accepted = MGOrgan::itemChange(change, value);
     const QPointF moved = lineOrgan_->pos() - oldPos;
-    lineOrgan_->setEnd1(lineOrgan_->end1() - moved);
-    lineOrgan_->setEnd2(lineOrgan_->end2() - moved);
+    lineOrgan_->setEnd1(Drawable::point(lineOrgan_->end1()) - moved);
+    lineOrgan_->setEnd2(Drawable::point(lineOrgan_->end2()) - moved);
     for (MGLineOrganEnd *lever : std::as_const(ends_))
         lever->updatePos();
     organHasChanged();

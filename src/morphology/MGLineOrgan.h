@@ -14,13 +14,13 @@ public:
     MGLineOrgan(MorphoGraphView *graphView, LineOrgan *modelOrgan, MGRegion *parentNode);
     ~MGLineOrgan() override;
 
-    LineOrgan *lineOrgan() const { return lineOrgan_; }
+    [[nodiscard]] LineOrgan *lineOrgan() const { return lineOrgan_; }
     /// The levers of end 1 and end 2.
-    const QList<MGLineOrganEnd *> &ends() const { return ends_; }
+    [[nodiscard]] const QList<MGLineOrganEnd *> &ends() const { return ends_; }
 
     // An end of the organ by its number, 1 or 2.
 
-    const QPointF &end(int number) const;
+    [[nodiscard]] const QPointF &end(int number) const;
     void setEnd(int number, const QPointF &vector);
 
     /// Keeps the organs showing while an end is selected.

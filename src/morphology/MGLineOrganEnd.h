@@ -15,9 +15,6 @@ public:
 
     /// @param endNumber 1 or 2
     MGLineOrganEnd(MGLineOrgan *organNode, int endNumber);
-    ~MGLineOrganEnd() override;
-
-    QLineF line() const { return lineItem->line(); }
 
 protected:
     QPointF modelPos() override;
@@ -30,7 +27,6 @@ private:
 
     MGLineOrgan *parent;
     int end;
-    QGraphicsLineItem *lineItem; // a child of the organ node; owned
 };
 
 } // namespace Planaria

@@ -2,6 +2,7 @@
 
 #include "model/Angles.h"
 #include "model/RegionsLink.h"
+#include "morphology/DrawableNumbers.h"
 #include "morphology/MGLinkLever.h"
 #include "morphology/MGRegion.h"
 #include "morphology/MorphoGraphView.h"
@@ -56,11 +57,12 @@ void MGLink::updateLinkLine()
 
 void MGLink::regionMoved(MGRegion *moved)
 {
-    if (isRegionsLink()) {
+    const bool joinsTwo = from_ != to_; // a damaged file may link a region with itself
+    if (isRegionsLink() && joinsTwo) {
         auto *other = static_cast<MGRegion *>(otherNode(moved));
         const QPointF vector = other->pos() - moved->pos();
         const double ang = angleOf(vector);
-        const double delta = regionsLink_->ang(moved->region()) - ang;
+        const double delta = Drawable::ang(regionsLink_, moved->region()) - ang;
         regionsLink_->setTotalDist(length(vector));
         regionsLink_->setAng(ang, moved->region());
         lever_->updatePos();
@@ -74,7 +76,7 @@ void MGLink::regionMoved(MGRegion *moved)
 void MGLink::linkLeverChanged(MGLinkLever * /*lever*/)
 {
     if (view)
-        view->graphLinkChanged();
+        view->graphItemChanged();
 }
 
 void MGLink::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget)

@@ -19,12 +19,12 @@ public:
     MGLink(MGNode *from, MGNode *to, MorphoGraphView *graphView, RegionsLink *modelLink);
     ~MGLink() override;
 
-    MGNode *fromNode() const { return from_; }
-    MGNode *toNode() const { return to_; }
+    [[nodiscard]] MGNode *fromNode() const { return from_; }
+    [[nodiscard]] MGNode *toNode() const { return to_; }
     MGNode *otherNode(const MGNode *node) const { return node == from_ ? to_ : from_; }
-    RegionsLink *regionsLink() const { return regionsLink_; }
-    bool isRegionsLink() const { return regionsLink_ != nullptr; }
-    MGLinkLever *lever() const { return lever_; }
+    [[nodiscard]] RegionsLink *regionsLink() const { return regionsLink_; }
+    [[nodiscard]] bool isRegionsLink() const { return regionsLink_ != nullptr; }
+    [[nodiscard]] MGLinkLever *lever() const { return lever_; }
 
     /// Draws the line from rim to rim; none between nodes that are too close.
     void updateLinkLine();

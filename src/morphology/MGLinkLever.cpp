@@ -20,16 +20,17 @@ MGLinkLever::MGLinkLever(MGLink *parentLink)
 
 QPointF MGLinkLever::modelPos()
 {
-    return axisPoint(Drawable::ratio(regionsLink, regionsLink->from()) *
-                     Drawable::totalDist(regionsLink));
+    return axisPoint(Drawable::dist(regionsLink, regionsLink->from()));
 }
 
 QPointF MGLinkLever::dragged(const QPointF &proposed)
 {
     const QPointF vector = proposed - link->fromNode()->scenePos();
-    const double projection = std::cos(angleOf(vector) - regionsLink->fromAng()) * length(vector);
-    const double distance = std::max(0.0, std::min(projection, Drawable::totalDist(regionsLink)));
-    regionsLink->setFromRatio(distance / regionsLink->totalDist());
+    const double axis = Drawable::ang(regionsLink, regionsLink->from());
+    const double totalDist = Drawable::totalDist(regionsLink);
+    const double projection = std::cos(angleOf(vector) - axis) * length(vector);
+    const double distance = std::max(0.0, std::min(projection, totalDist));
+    regionsLink->setFromRatio(distance / totalDist);
     link->linkLeverChanged(this);
     return axisPoint(distance);
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "morphology/FocusLift.h"
 #include "morphology/MGLever.h"
-#include "morphology/MGNode.h"
 
 namespace Planaria {
 
+class MGLink;
 class RegionsLink;
 
 /// The lever that sets where the border between two regions crosses their link.
@@ -21,7 +22,7 @@ protected:
 
 private:
     /// The place on the link's axis at this distance from the from-node.
-    QPointF axisPoint(double distance) const;
+    [[nodiscard]] QPointF axisPoint(double distance) const;
 
     MGLink *link;
     RegionsLink *regionsLink;

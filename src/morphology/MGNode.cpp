@@ -8,17 +8,6 @@
 
 namespace Planaria {
 
-void FocusLift::lift(QGraphicsItem *item)
-{
-    savedZ = static_cast<int>(item->zValue());
-    item->setZValue(10.0);
-}
-
-void FocusLift::restore(QGraphicsItem *item) const
-{
-    item->setZValue(savedZ);
-}
-
 MGNode::MGNode(MorphoGraphView *graphView, double radius, MGNode *parent)
     : QGraphicsItem(parent), view_(graphView),
       boundingRect_(-radius - 0.5, -radius - 0.5, 2.0 * radius + 1.0, 2.0 * radius + 1.0),
@@ -32,7 +21,8 @@ MGNode::MGNode(MorphoGraphView *graphView, double radius, MGNode *parent)
 MGNode::~MGNode()
 {
     while (!links_.isEmpty())
-        delete links_.constLast(); // takes itself out of the list, twice if it joins a node to itself
+        delete links_
+            .constLast(); // takes itself out of the list, twice if it joins a node to itself
 }
 
 MorphoGraphView *MGNode::view() const

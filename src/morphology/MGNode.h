@@ -1,5 +1,7 @@
 #pragma once
 
+#include "morphology/FocusLift.h"
+
 #include <QColor>
 #include <QGraphicsItem>
 #include <QList>
@@ -10,17 +12,6 @@ namespace Planaria {
 class MGLink;
 class MorphoGraphView;
 
-/// Lifts an item above all others while it has the focus.
-class FocusLift final
-{
-public:
-    void lift(QGraphicsItem *item);
-    void restore(QGraphicsItem *item) const;
-
-private:
-    int savedZ = 0;
-};
-
 /// A node of the graph: a circle with a caption. It deletes its links when it goes.
 class MGNode : public QGraphicsItem
 {
@@ -29,23 +20,23 @@ public:
     MGNode(MorphoGraphView *graphView, double radius, MGNode *parent);
     ~MGNode() override;
 
-    const QString &text() const { return text_; }
+    [[nodiscard]] const QString &text() const { return text_; }
     virtual void setText(const QString &text);
-    const QColor &getTextColor() const { return textColor; }
+    [[nodiscard]] const QColor &getTextColor() const { return textColor; }
     void setTextColor(const QColor &color);
-    const QColor &getOutlineColor() const { return outlineColor; }
+    [[nodiscard]] const QColor &getOutlineColor() const { return outlineColor; }
     void setOutlineColor(const QColor &color);
-    const QColor &getBackgroundColor() const { return backgroundColor; }
+    [[nodiscard]] const QColor &getBackgroundColor() const { return backgroundColor; }
     void setBackgroundColor(const QColor &color);
 
-    const QList<MGLink *> &links() const { return links_; }
+    [[nodiscard]] const QList<MGLink *> &links() const { return links_; }
     virtual void addLink(MGLink *link);
     virtual void removeLink(MGLink *link);
     /// Draws the lines of all links anew.
     void updateLinks();
 
-    QRectF boundingRect() const override { return boundingRect_; }
-    QPainterPath shape() const override;
+    [[nodiscard]] QRectF boundingRect() const override { return boundingRect_; }
+    [[nodiscard]] QPainterPath shape() const override;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 
 protected:
@@ -55,7 +46,7 @@ protected:
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
 
     /// Null once the view has gone; nodes of a list of worms stay on without one.
-    MorphoGraphView *view() const;
+    [[nodiscard]] MorphoGraphView *view() const;
 
     QColor textColor = Qt::black;
     int fontPixelSize = 13;

@@ -1,6 +1,7 @@
 #include "morphology/MGOrgan.h"
 
 #include "model/Organ.h"
+#include "morphology/Clearance.h"
 #include "morphology/DrawableNumbers.h"
 #include "morphology/MGRegion.h"
 #include "morphology/MorphoGraphView.h"
@@ -26,32 +27,23 @@ MGRegion *MGOrgan::parent() const
 void MGOrgan::updatePos()
 {
     const QScopedValueRollback guard(movesItself, true);
-    setPos(movedOut(Drawable::point(organ_->pos()), minDist, QPointF(0.0, -minDist)));
+    setPos(Clearance::shownAt(Drawable::point(organ_->pos()), minDist, QPointF(0.0, -minDist)));
     updateLinks();
 }
 
 void MGOrgan::organHasChanged()
 {
     if (!movesItself && view())
-        view()->graphOrganChanged();
-}
-
-QPointF MGOrgan::movedOut(const QPointF &vector, double distance, const QPointF &noDirection)
-{
-    const bool isZero = vector.x() == 0.0 && vector.y() == 0.0;
-    return isZero ? noDirection : vector + distance * unit(vector);
+        view()->graphItemChanged();
 }
 
 QVariant MGOrgan::itemChange(GraphicsItemChange change, const QVariant &value)
 {
     if (change == ItemPositionChange && !movesItself) {
-        const QPointF proposed = value.toPointF();
-        const double ang = angleOf(proposed);
-        const double dist = length(proposed);
-        const QPointF accepted = dist < minDist ? minDist * direction(ang) : proposed;
-        organ_->setPos((std::max(dist, minDist) - minDist) * direction(ang));
+        const auto [place, vector] = Clearance::draggedTo(value.toPointF(), minDist);
+        organ_->setPos(vector);
         organHasChanged();
-        return MGNode::itemChange(change, accepted);
+        return MGNode::itemChange(change, place);
     }
     if (change == ItemPositionHasChanged)
         updateLinks(); // now that the node is there

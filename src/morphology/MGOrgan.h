@@ -15,16 +15,13 @@ public:
     /// Distance from the region's centre at which an organ at (0, 0) sits, scene units.
     static constexpr double minDist = 35.0;
 
-    Organ *organ() const { return organ_; }
-    MGRegion *parent() const;
+    [[nodiscard]] Organ *organ() const { return organ_; }
+    [[nodiscard]] MGRegion *parent() const;
 
     /// Places the node from the model.
     void updatePos();
     /// Tells the view, unless the node moved by itself.
     void organHasChanged();
-
-    /// @p vector made longer by @p distance, or @p noDirection where it is exactly (0, 0).
-    static QPointF movedOut(const QPointF &vector, double distance, const QPointF &noDirection);
 
 protected:
     MGOrgan(MorphoGraphView *graphView, Organ *modelOrgan, MGRegion *parentNode);

@@ -5,6 +5,7 @@
 #include "model/Region.h"
 #include "model/RegionType.h"
 #include "model/SpotOrgan.h"
+#include "morphology/DrawableNumbers.h"
 #include "morphology/MGLink.h"
 #include "morphology/MGOrgan.h"
 #include "morphology/MGRegionLever.h"
@@ -30,12 +31,13 @@ QColor captionColor(int regionTypeId)
 
 double turned(double angle, double delta)
 {
-    return Angles::normalized(angle - delta);
+    return Angles::normalized(Drawable::number(angle) - delta);
 }
 
 QPointF turned(const QPointF &vector, double delta)
 {
-    return Angles::length(vector) * Angles::direction(turned(Angles::angleOf(vector), delta));
+    const QPointF sound = Drawable::point(vector);
+    return Angles::length(sound) * Angles::direction(turned(Angles::angleOf(sound), delta));
 }
 
 void turn(Organ *organ, double delta)

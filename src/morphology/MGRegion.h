@@ -16,9 +16,9 @@ public:
     MGRegion(MorphoGraphView *graphView, Region *modelRegion);
     ~MGRegion() override;
 
-    Region *region() const { return region_; }
+    [[nodiscard]] Region *region() const { return region_; }
     /// One for each param, in index order.
-    const QList<MGRegionLever *> &levers() const { return levers_; }
+    [[nodiscard]] const QList<MGRegionLever *> &levers() const { return levers_; }
 
     void setText(const QString &text) override;
 

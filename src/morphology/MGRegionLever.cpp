@@ -4,25 +4,17 @@
 #include "morphology/MGRegion.h"
 #include "widgets/GuiConfig.h"
 
-#include <QPen>
-
 namespace Planaria {
 
 using namespace Angles;
 
 MGRegionLever::MGRegionLever(MGRegion *regionNode, int paramIndex)
     : MGLever(5.0, GuiConfig::regionLeverColor(), regionNode), parent(regionNode),
-      region(regionNode->region()), index(paramIndex), lineItem(new QGraphicsLineItem(regionNode))
+      region(regionNode->region()), index(paramIndex)
 {
     setZValue(-1.0);
-    lineItem->setZValue(-2.0);
-    lineItem->setPen(QPen(Qt::black, 1.0));
+    addLine(-2.0);
     updatePos();
-}
-
-MGRegionLever::~MGRegionLever()
-{
-    delete lineItem;
 }
 
 QPointF MGRegionLever::modelPos()
@@ -68,7 +60,7 @@ QPointF MGRegionLever::handlePos() const
 
 void MGRegionLever::updateLine()
 {
-    lineItem->setLine(QLineF(MGRegion::radius * direction(ang_), handlePos()));
+    setLine(MGRegion::radius * direction(ang_), handlePos());
 }
 
 } // namespace Planaria

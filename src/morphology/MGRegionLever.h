@@ -16,13 +16,11 @@ public:
 
     /// @param paramIndex of the param in its region
     MGRegionLever(MGRegion *regionNode, int paramIndex);
-    ~MGRegionLever() override;
 
     /// The direction of the ray, radians.
-    double ang() const { return ang_; }
+    [[nodiscard]] double ang() const { return ang_; }
     /// The param's value when the lever was placed last.
-    double value() const { return value_; }
-    QLineF line() const { return lineItem->line(); }
+    [[nodiscard]] double value() const { return value_; }
 
 protected:
     QPointF modelPos() override;
@@ -30,8 +28,8 @@ protected:
     void selectionChanged(bool selected) override;
 
 private:
-    double modelAng() const;
-    QPointF handlePos() const;
+    [[nodiscard]] double modelAng() const;
+    [[nodiscard]] QPointF handlePos() const;
     void updateLine();
 
     MGRegion *parent;
@@ -39,7 +37,6 @@ private:
     int index;
     double value_ = 0.0;
     double ang_ = 0.0;
-    QGraphicsLineItem *lineItem; // a child of the region node; owned
 };
 
 } // namespace Planaria

@@ -13,8 +13,8 @@ class MGSpotOrgan final : public MGOrgan
 public:
     MGSpotOrgan(MorphoGraphView *graphView, SpotOrgan *modelOrgan, MGRegion *parentNode);
 
-    SpotOrgan *spotOrgan() const { return spotOrgan_; }
-    MGSpotOrganLever *lever() const { return lever_; }
+    [[nodiscard]] SpotOrgan *spotOrgan() const { return spotOrgan_; }
+    [[nodiscard]] MGSpotOrganLever *lever() const { return lever_; }
 
     /// Keeps the organs showing while the lever is selected.
     void spotOrganLeverSelectionChanged(bool selected);

@@ -12,7 +12,7 @@ class MGSpotOrganLever final : public MGLever
 public:
     explicit MGSpotOrganLever(MGSpotOrgan *organNode);
 
-    MGSpotOrgan *organNode() const { return parent; }
+    [[nodiscard]] MGSpotOrgan *organNode() const { return parent; }
 
 protected:
     QPointF modelPos() override;

@@ -220,9 +220,9 @@ void MorphoGraphView::clearSelection()
 
 void MorphoGraphView::updateAccessibleName()
 {
-    setAccessibleName(morphology_
-                          ? QStringLiteral("Graph of morphology %1").arg(morphology_->name())
-                          : QStringLiteral("No morphology"));
+    setAccessibleName(
+        morphology_ ? QStringLiteral("Graph of morphology %1").arg(morphology_->name()).trimmed()
+                    : QStringLiteral("No morphology"));
 }
 
 void MorphoGraphView::clearScene()
@@ -442,17 +442,18 @@ void MorphoGraphView::deleteSelection()
     QList<MGLink *> links;
     QList<MGOrgan *> organs;
     const QList<MGRegion *> regions = selectedRegionNodes();
+    const auto addOrgan = [&](MGOrgan *organ) {
+        if (!organs.contains(organ)) // it may be selected together with its lever
+            organs.append(organ);
+    };
     for (QGraphicsItem *item : scene()->selectedItems()) {
         if (auto *link = dynamic_cast<MGLink *>(item))
             links.append(link);
         else if (auto *organ = dynamic_cast<MGOrgan *>(item))
-            organs.append(organ);
+            addOrgan(organ);
         else if (const auto *lever = dynamic_cast<MGSpotOrganLever *>(item))
-            organs.append(lever->organNode());
+            addOrgan(lever->organNode());
     }
-    // An organ that is selected together with its lever stands in the list twice.
-    std::sort(organs.begin(), organs.end());
-    organs.erase(std::unique(organs.begin(), organs.end()), organs.end());
 
     for (MGLink *link : links)
         deleteLink(link);
@@ -514,17 +515,10 @@ bool MorphoGraphView::deletionMakesGraphDisc(const QList<MGLink *> &links,
 
 void MorphoGraphView::graphRegionChanged(MGRegion * /*region*/)
 {
-    if (!building)
-        emit signMorphologyChanged();
+    graphItemChanged();
 }
 
-void MorphoGraphView::graphLinkChanged()
-{
-    if (!building)
-        emit signMorphologyChanged();
-}
-
-void MorphoGraphView::graphOrganChanged()
+void MorphoGraphView::graphItemChanged()
 {
     if (!building)
         emit signMorphologyChanged();
@@ -579,6 +573,12 @@ void MorphoGraphView::updateOrgansVis()
         organsOpacity -= 0.1;
         fadeTimer.start();
     }
+}
+
+void MorphoGraphView::keyPressEvent(QKeyEvent *event)
+{
+    ZoomGraphicsView::keyPressEvent(event);
+    event->accept();
 }
 
 void MorphoGraphView::mouseReleaseEvent(QMouseEvent *event)

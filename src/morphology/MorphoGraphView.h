@@ -39,25 +39,30 @@ public:
     explicit MorphoGraphView(QWidget *parent);
     ~MorphoGraphView() override;
 
-    Morphology *morphology() const { return morphology_; }
-    const QHash<const Region *, MGRegion *> &regionNodes() const { return regionNodes_; }
+    [[nodiscard]] Morphology *morphology() const { return morphology_; }
+    [[nodiscard]] const QHash<const Region *, MGRegion *> &regionNodes() const
+    {
+        return regionNodes_;
+    }
     /// Whether items come and go as a whole, so that their changes are no edits.
-    bool isBuilding() const { return building; }
+    [[nodiscard]] bool isBuilding() const { return building; }
 
     void clearSelection();
     /// Fits the view after each edit, instead of leaving the scene where it is.
     void setAutomaticZoom(bool on);
     /// The one node that is selected; null for none, several, or another item.
-    MGNode *selectedNode() const;
+    [[nodiscard]] MGNode *selectedNode() const;
     /// Whether the graph would fall to pieces without these.
-    bool deletionMakesGraphDisc(const QList<MGLink *> &links,
-                                const QList<MGRegion *> &regions) const;
+    [[nodiscard]] bool deletionMakesGraphDisc(const QList<MGLink *> &links,
+                                              const QList<MGRegion *> &regions) const;
+
+    /// Follows a change of the morphology's name.
+    void updateAccessibleName();
 
     // What the items tell.
 
     void graphRegionChanged(MGRegion *region);
-    void graphLinkChanged();
-    void graphOrganChanged();
+    void graphItemChanged();
     void graphRegionSelectionChanged(MGRegion *region, bool selected);
     void graphOrganSelectionChanged(MGOrgan *organ, bool selected);
 
@@ -85,6 +90,8 @@ public slots:
 
 protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
+    /// Escape in the midst of a drag must not throw away the worm with its dialog.
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     using Command = void (MorphoGraphView::*)();
@@ -110,13 +117,12 @@ private:
     void buildSpotOrgan(SpotOrgan *organ, MGRegion *regionNode);
     void buildLineOrgan(LineOrgan *organ, MGRegion *regionNode);
     void finishOrgan(MGOrgan *organNode, MGRegion *regionNode);
-    void updateAccessibleName();
 
     /// The type of the menu action that called the slot; null without one.
     template <typename Type> Type *senderType(const QList<Type *> &types) const;
-    MGRegion *selectedRegionNode() const;
+    [[nodiscard]] MGRegion *selectedRegionNode() const;
     /// In the order of the morphology.
-    QList<MGRegion *> selectedRegionNodes() const;
+    [[nodiscard]] QList<MGRegion *> selectedRegionNodes() const;
     void connectRegions(MGRegion *a, MGRegion *b);
     void deleteLink(MGLink *link);
     void deleteOrgan(MGOrgan *organ);

@@ -78,8 +78,8 @@ QWidget *MorphologyForm::createMiddle()
 {
     auto *splitter = new QSplitter(this);
     graphView = new MorphoGraphView(morphology, splitter);
-    auto *view = new MorphologyView(morphology, splitter);
-    connect(graphView, &MorphoGraphView::signMorphologyChanged, view,
+    drawing = new MorphologyView(morphology, splitter);
+    connect(graphView, &MorphoGraphView::signMorphologyChanged, drawing,
             &MorphologyView::morphologyChanged);
 
     imageArea = new QWidget(splitter);
@@ -136,6 +136,8 @@ void MorphologyForm::addImageWidget(MorphologyImage *image)
 void MorphologyForm::nameChanged()
 {
     morphology->setName(nameEdit->text());
+    graphView->updateAccessibleName();
+    drawing->updateAccessibleName();
 }
 
 void MorphologyForm::formAccepted()
@@ -173,12 +175,12 @@ void MorphologyForm::addImage()
     if (fileName.isEmpty())
         return;
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly) || file.size() > MorphologyImage::largestFile) {
         QMessageBox::critical(this, tr("Cannot open file"), tr("Unable to open the file."));
         return;
     }
     const QByteArray bytes = file.readAll();
-    if (MorphologyImage::decoded(bytes).isNull()) {
+    if (file.error() != QFileDevice::NoError || MorphologyImage::decoded(bytes).isNull()) {
         QMessageBox::critical(this, tr("Cannot understand file"),
                               tr("Unable to understand the format of the image file."));
         return;

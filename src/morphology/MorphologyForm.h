@@ -13,6 +13,7 @@ namespace Planaria {
 class DB;
 class Morphology;
 class MorphologyImage;
+class MorphologyView;
 class MorphoGraphView;
 
 /// The dialog in which a morphology is made or edited: its name, its graph with the drawing live
@@ -29,7 +30,7 @@ public:
     MorphologyForm(Morphology *edited, DB *database, QWidget *parent);
     ~MorphologyForm() override;
 
-    Morphology *getMorphology() const { return morphology; }
+    [[nodiscard]] Morphology *getMorphology() const { return morphology; }
 
 public slots:
     void nameChanged();
@@ -53,6 +54,7 @@ private:
     DB *db;
     QLineEdit *nameEdit = nullptr;
     MorphoGraphView *graphView = nullptr;
+    MorphologyView *drawing = nullptr;
     QString originalName; // of a stored morphology
     QWidget *imageArea = nullptr;
     QHBoxLayout *imageLayout = nullptr;

@@ -45,7 +45,7 @@ void MorphologyListView::setMorphologyList(const QList<Morphology *> &list)
     morphologies = list;
     drawMorphologies();
     setAccessibleName(QStringLiteral("Drawings of morphologies: %1").arg(morphologies.size()));
-    fitView();
+    scene()->setSceneRect(scene()->itemsBoundingRect()); // the zoom stays
 }
 
 void MorphologyListView::drawMorphologies()
@@ -82,7 +82,8 @@ QRectF MorphologyListView::addGraph(MorphoGraphView *graphView, Morphology *morp
     const QRectF graph = graphScene->itemsBoundingRect();
     const QPointF offset(-graph.left(), y - 0.5 * graph.height() - graph.center().y());
 
-    const QList<QGraphicsItem *> items = graphScene->items();
+    // From the lowest up, so that they lie upon each other as in the editor.
+    const QList<QGraphicsItem *> items = graphScene->items(Qt::AscendingOrder);
     for (QGraphicsItem *item : items)
         item->setFlags({});
     for (QGraphicsItem *item : items) {

@@ -29,7 +29,7 @@ void MorphologyView::clear()
     scene()->clear();
     morphology_ = nullptr;
     item = nullptr;
-    setAccessibleName(QStringLiteral("No morphology"));
+    updateAccessibleName();
 }
 
 void MorphologyView::setMorphology(Morphology *morphology)
@@ -50,7 +50,14 @@ void MorphologyView::drawMorphology()
 {
     item = new MorphologyItem(*morphology_, nullptr, false);
     scene()->addItem(item);
-    setAccessibleName(QStringLiteral("Drawing of morphology %1").arg(morphology_->name()));
+    updateAccessibleName();
+}
+
+void MorphologyView::updateAccessibleName()
+{
+    setAccessibleName(
+        morphology_ ? QStringLiteral("Drawing of morphology %1").arg(morphology_->name()).trimmed()
+                    : QStringLiteral("No morphology"));
 }
 
 void MorphologyView::buildScaleLine() {}

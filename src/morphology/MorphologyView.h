@@ -26,6 +26,8 @@ public slots:
     void setMorphology(Morphology *morphology);
     /// Draws the worm afresh after a change of its model.
     void morphologyChanged();
+    /// Follows a change of the morphology's name.
+    void updateAccessibleName();
 
 private:
     void initWidget();

@@ -3,10 +3,7 @@
 class QString;
 class QWidget;
 
-namespace Planaria {
-
-/// Size and maximized state of a dialog, kept in the settings group named as its class.
-namespace WindowSettings {
+namespace Planaria::WindowSettings {
 
 /// Gives @p window the size of its last time, or leaves it as it is, and maximizes it if it was,
 /// without showing it: exec() has to show a dialog, or it would not be modal.
@@ -14,6 +11,4 @@ void read(QWidget *window, const QString &group);
 /// The size is kept only where the window is not maximized.
 void write(const QWidget *window, const QString &group);
 
-} // namespace WindowSettings
-
-} // namespace Planaria
+} // namespace Planaria::WindowSettings

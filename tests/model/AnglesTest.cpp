@@ -36,6 +36,7 @@ void AnglesTest::bringsAnglesIntoOneTurn_data()
     QTest::newRow("a full turn") << 2.0 * pi << 0.0;
     QTest::newRow("over a turn") << 7.0 << 7.0 - 2.0 * pi;
     QTest::newRow("a quarter back") << -0.5 * pi << 1.5 * pi;
+    QTest::newRow("a hair back") << -1e-17 << 0.0;
     QTest::newRow("three turns back") << -6.0 * pi << 0.0;
     QTest::newRow("many turns") << 0.25 + 200.0 * pi << 0.25;
 }
@@ -46,6 +47,7 @@ void AnglesTest::bringsAnglesIntoOneTurn()
     QFETCH(double, normalized);
 
     QVERIFY(std::abs(Angles::normalized(angle) - normalized) < 1e-12);
+    QVERIFY(Angles::normalized(angle) < 2.0 * pi);
 }
 
 void AnglesTest::looksBackAlongADirection_data()

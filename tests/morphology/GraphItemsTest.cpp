@@ -20,13 +20,16 @@
 #include "support/DrawnWorm.h"
 #include "support/TemporaryLibrary.h"
 
+#include <QHash>
 #include <QPainter>
+#include <QSet>
 #include <QSignalSpy>
 #include <QStyleOption>
 #include <QTest>
 
 #include <cmath>
 #include <functional>
+#include <limits>
 
 namespace Planaria {
 
@@ -144,6 +147,39 @@ QGraphicsLineItem *lineTo(const QGraphicsItem *lever)
             return line;
     }
     return nullptr;
+}
+
+// --- Numbers ---
+
+/// The names of the numbers of @p worm that are none, or infinite.
+QSet<QString> notFinite(const Morphology &worm)
+{
+    QSet<QString> names;
+    const auto check = [&](const QString &name, std::initializer_list<double> numbers) {
+        for (const double number : numbers) {
+            if (!std::isfinite(number))
+                names += name;
+        }
+    };
+    for (const RegionsLink *link : worm.links()) {
+        check("dist", {link->totalDist()});
+        check("ratio", {link->fromRatio()});
+        check("ang", {link->fromAng()});
+    }
+    for (const Region *region : worm.regions()) {
+        for (const RegionParam *param : region->params())
+            check("param", {param->value()});
+        for (const Organ *organ : region->organs()) {
+            check(organ->typeName() + " pos", {organ->pos().x(), organ->pos().y()});
+            if (const auto *spot = dynamic_cast<const SpotOrgan *>(organ))
+                check("rot", {spot->rot()});
+            if (const auto *line = dynamic_cast<const LineOrgan *>(organ)) {
+                check("end 1", {line->end1().x(), line->end1().y()});
+                check("end 2", {line->end2().x(), line->end2().y()});
+            }
+        }
+    }
+    return names;
 }
 
 // --- Pixels ---
@@ -271,6 +307,9 @@ private slots:
     void organsOfARegionWithThreeLinksStayAsTheyAre();
     void turnedAnglesStayWithinOneTurn_data();
     void turnedAnglesStayWithinOneTurn();
+    void draggingADamagedWormSpoilsNoSoundNumber_data();
+    void draggingADamagedWormSpoilsNoSoundNumber();
+    void aLinkLeverOnADamagedLinkGoesWhereItIsDragged();
     void regionsAtOnePointLoseTheirRatioUntilTheyAreSaved();
 };
 
@@ -1057,6 +1096,7 @@ void GraphItemsTest::turnedAnglesStayWithinOneTurn_data()
     QTest::newRow("beyond one turn") << 6.0 << -1.0 << 7.0 - fullTurn;
     QTest::newRow("by several turns") << 0.5 << 2.0 * fullTurn << 0.5;
     QTest::newRow("back by several turns") << 0.5 << -3.0 * fullTurn << 0.5;
+    QTest::newRow("a hair below 0") << 0.0 << 1e-17 << 0.0;
     QTest::newRow("from beyond") << 20.0 << 0.0 << 20.0 - 3.0 * fullTurn;
 }
 
@@ -1078,6 +1118,73 @@ void GraphItemsTest::turnedAnglesStayWithinOneTurn()
 
     editor.node(lone)->adjustOrgansRot(delta); // no link that could have turned
     QCOMPARE(inLone->rot(), rot);
+}
+
+void GraphItemsTest::draggingADamagedWormSpoilsNoSoundNumber_data()
+{
+    QTest::addColumn<QString>("damaged");
+    QTest::addColumn<double>("number");
+    constexpr double inf = std::numeric_limits<double>::infinity();
+    for (const char *damaged : {"ang", "dist", "ratio", "param", "pos", "rot", "end"}) {
+        for (const double number : {inf, -inf, std::nan(""), 1e300})
+            QTest::addRow("%s %g", damaged, number) << damaged << number;
+    }
+    QTest::newRow("self link") << "self link" << 0.0;
+    QTest::newRow("parallel link") << "parallel link" << 0.0;
+}
+
+void GraphItemsTest::draggingADamagedWormSpoilsNoSoundNumber()
+{
+    QFETCH(const QString, damaged);
+    QFETCH(const double, number);
+    Editor editor;
+    SpotOrgan *spot = editor.addSpot(editor.head, {30.0, -40.0}, 2.0);
+    LineOrgan *cord = editor.addCord(editor.head, {-30.0, 40.0}, {0.0, 50.0}, {0.0, -50.0});
+    const QHash<QString, std::function<void()>> damage{
+        {"ang", [&] { editor.link->setFromAng(number); }},
+        {"dist", [&] { editor.link->setTotalDist(number); }},
+        {"ratio", [&] { editor.link->setFromRatio(number); }},
+        {"param", [&] { editor.head->setParam(0, number); }},
+        {"pos",
+         [&] {
+             cord->setPos({number, 0.0});
+         }},
+        {"rot", [&] { spot->setRot(number); }},
+        {"end",
+         [&] {
+             cord->setEnd1({0.0, number});
+         }},
+        {"self link",
+         [&] { editor.worm.addRegionsLink(editor.head, editor.head, 30.0, 1.0, 0.5); }},
+        {"parallel link", [&] { editor.head->addLink(editor.trunk, 90.0, 1.0, 0.5); }},
+    };
+    damage.value(damaged)();
+    const QSet<QString> before = notFinite(editor.worm);
+    QVERIFY(editor.show());
+
+    for (QGraphicsItem *item : editor.view()->items()) {
+        if (item->flags() & QGraphicsItem::ItemIsMovable)
+            item->moveBy(7.0, -5.0);
+    }
+    // Without a distance there is no ratio, until the worm is saved.
+    const QSet<QString> ratio = damaged == "dist" ? QSet<QString>{"ratio"} : QSet<QString>();
+    const QSet<QString> spoiled = notFinite(editor.worm) - before - ratio;
+    QVERIFY2(spoiled.isEmpty(), qPrintable(QStringList(spoiled.values()).join(' ')));
+    for (const RegionsLink *link : editor.worm.links()) {
+        if (link->from() == link->to())
+            QCOMPARE(link->totalDist(), 30.0);
+    }
+}
+
+void GraphItemsTest::aLinkLeverOnADamagedLinkGoesWhereItIsDragged()
+{
+    for (const double ang : {std::numeric_limits<double>::infinity(), std::nan("")}) {
+        Editor editor;
+        editor.link->setFromAng(ang); // shown along +x
+        QVERIFY(editor.show());
+        editor.drag(editor.shownLink()->lever(), {30, 0});
+        QCOMPARE(rounded(editor.link->fromRatio()), 0.65);
+    }
 }
 
 void GraphItemsTest::regionsAtOnePointLoseTheirRatioUntilTheyAreSaved()

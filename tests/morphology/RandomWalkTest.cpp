@@ -7,6 +7,7 @@
 #include "model/RegionsLink.h"
 #include "model/SpotOrgan.h"
 #include "model/WormLines.h"
+#include "morphology/Clearance.h"
 #include "morphology/MGLineOrgan.h"
 #include "morphology/MGLineOrganEnd.h"
 #include "morphology/MGLink.h"
@@ -67,7 +68,7 @@ QString regionProblem(const Region *region)
 QString organProblem(const MGOrgan *node)
 {
     const QPointF pos = node->organ()->pos();
-    const QPointF expected = MGOrgan::movedOut(pos, MGOrgan::minDist, {0.0, -MGOrgan::minDist});
+    const QPointF expected = Clearance::shownAt(pos, MGOrgan::minDist, {0.0, -MGOrgan::minDist});
     // The direction of an organ that is all but at the centre is rounded away.
     if (Angles::length(pos) > 0.001 && !near(node->pos(), expected))
         return QStringLiteral("an organ's node is not where the organ is");

@@ -139,7 +139,7 @@ QJsonArray linkOrder(const Morphology &worm)
 
 } // namespace
 
-/// The editor against numbers that another program computed from the same worms and drags.
+/// The editor against numbers computed independently from the same worms and drags.
 class WorkedGraphsTest final : public QObject
 {
     Q_OBJECT
