@@ -1,19 +1,36 @@
 #include "db/DB.h"
 #include "db/DBExp.h"
 #include "model/Morphology.h"
+#include "model/Organ.h"
+#include "model/Region.h"
 #include "morphology/MorphologyForm.h"
 
 #include <QApplication>
+#include <QMap>
 #include <QTemporaryDir>
 
 #include <cstdio>
 
-// Opens the editor on a new worm of a new library, and prints the row in which the worm is stored
-// and the number of its regions as they are read back; "rejected" where it was given up.
+// Opens the editor on a new worm of a new library, and prints what is stored of it, as it is read
+// back: row, name, number of regions and number of organs of each type, in alphabetical order;
+// "rejected" where it was given up.
 
 using namespace Planaria;
 
 namespace {
+
+QString organsOf(const Morphology &worm)
+{
+    QMap<QString, int> numbers;
+    for (const Region *region : worm.regions()) {
+        for (const Organ *organ : region->organs())
+            ++numbers[organ->typeName()];
+    }
+    QStringList texts;
+    for (auto it = numbers.cbegin(); it != numbers.cend(); ++it)
+        texts += QStringLiteral("%1 %2").arg(it.value()).arg(it.key());
+    return texts.join(QLatin1Char(' '));
+}
 
 int edit(DB *db)
 {
@@ -25,8 +42,8 @@ int edit(DB *db)
     }
     const int id = worm.submit(db);
     const Morphology stored(id, db, true);
-    std::printf("%d %s %lld\n", id, qUtf8Printable(stored.name()),
-                static_cast<long long>(stored.regions().size()));
+    std::printf("%d %s %lld %s\n", id, qUtf8Printable(stored.name()),
+                static_cast<long long>(stored.regions().size()), qUtf8Printable(organsOf(stored)));
     return stored == worm ? 0 : 1;
 }
 

@@ -700,7 +700,11 @@ void GraphItemsTest::leversAreSmallDiscs()
         QCOMPARE(line->zValue(), -1.0);
         QCOMPARE(line->pen(), QPen(Qt::black, 1.0));
     }
-    QVERIFY(!lineTo(editor.shownLink()->lever()));
+    for (const MGLever *lever :
+         QList<const MGLever *>{editor.shownLink()->lever(), spot->lever()}) {
+        QVERIFY(!lineTo(lever));
+        QVERIFY(lever->line().isNull());
+    }
 }
 
 void GraphItemsTest::leversOfALoneRegionStandAtRightAngles()

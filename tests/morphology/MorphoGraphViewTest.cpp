@@ -133,6 +133,7 @@ private slots:
     void showsTheWormUprightBeforeAndAfterItIsFitted();
     void takesTheItemsForTheSceneAfterAMouseRelease();
     void fitsAfterEachReleaseWithAutomaticZoom();
+    void fitsEachMorphologyWithAutomaticZoom();
     void savesItsImage();
     void showsAnotherMorphology();
     void outlivesAClearedMorphology();
@@ -458,8 +459,11 @@ void MorphoGraphViewTest::addsARegionBelowTheSelectedOne()
 {
     select({"trunk"});
     const QPointF trunk = node(1)->pos();
+    QList<bool> hasItsLine; // at each change that is told
+    connect(view.get(), &MorphoGraphView::signMorphologyChanged, view.get(),
+            [this, &hasItsLine] { hasItsLine += link(1) != nullptr; });
     choose("trunk", "Add region", "Tail");
-    QVERIFY(!changes->isEmpty()); // its place is told before its link
+    QCOMPARE(hasItsLine, QList<bool>({false, true})); // its place is told before its line
     QCOMPARE(worm->regions().size(), 3);
     QCOMPARE(worm->regions().last()->type(), tailType());
     const RegionsLink *added = worm->links().last();
@@ -644,15 +648,24 @@ void MorphoGraphViewTest::deletesARegionWithLinksAndOrgans()
 
 void MorphoGraphViewTest::forgetsADeletedRegionInTheFade()
 {
+    worm->regions().at(1)->addSpotOrgan(brainType(), {40.0, 40.0}, 0.0);
+    show(worm.get());
     select({"head"});
-    view->clearSelection(); // the organs begin to fade
-    node(0)->setSelected(true);
-    view->deleteSelection();
-    view->updateOrgansVis();
-    QTest::qWait(50);
+    const MGNode *eye = node(0)->links().first()->toNode();
+    const QPoint eyePlace = view->mapFromScene(eye->scenePos());
+    click(eyePlace, Qt::ControlModifier);
+    click(eyePlace, Qt::ControlModifier); // the eye goes, and takes the others along
+    QVERIFY(QTest::qWaitFor([eye] { return eye->opacity() < 0.95; }));
+    QCOMPARE(view->selectedNode(), node(0));
+    choose("head", "Delete selection");
     QCOMPARE(worm->regions().size(), 1);
+    QTest::qWait(50);
+
     click(view->mapFromScene(node(0)->scenePos()));
-    QVERIFY(node(0)->isSelected());
+    QCOMPARE(organsShown(), QList<bool>(2, true));
+    QTest::qWait(50);
+    QCOMPARE(organsShown(), QList<bool>(2, true));
+    QCOMPARE(only<MGSpotOrgan>()->opacity(), 1.0);
 }
 
 void MorphoGraphViewTest::setsPiecesThatADeletionLeftSideBySide()
@@ -899,6 +912,26 @@ void MorphoGraphViewTest::fitsAfterEachReleaseWithAutomaticZoom()
     node(1)->setPos(0.0, -200.0);
     click(QPoint(5, 5));
     QCOMPARE(view->transform().m11(), kept);
+}
+
+void MorphoGraphViewTest::fitsEachMorphologyWithAutomaticZoom()
+{
+    view->setAutomaticZoom(true);
+    const QTransform natural = view->transform();
+    worm->links().first()->setTotalDist(5000.0);
+    view->setMorphology(worm.get());
+    QVERIFY(view->transform().m11() < 0.5);
+    const QRectF items = view->scene()->itemsBoundingRect();
+    QVERIFY(view->rect().contains(view->mapFromScene(items).boundingRect()));
+
+    worm->links().first()->setTotalDist(200.0);
+    view->setMorphology(worm.get());
+    QCOMPARE(view->transform(), natural);
+
+    view->setAutomaticZoom(false);
+    worm->links().first()->setTotalDist(5000.0);
+    view->setMorphology(worm.get());
+    QCOMPARE(view->transform(), natural);
 }
 
 void MorphoGraphViewTest::savesItsImage()

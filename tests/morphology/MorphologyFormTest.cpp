@@ -4,6 +4,7 @@
 #include "model/Morphology.h"
 #include "model/MorphologyImage.h"
 #include "model/Region.h"
+#include "model/RegionsLink.h"
 #include "model/SpotOrgan.h"
 #include "morphology/MGOrgan.h"
 #include "morphology/MGRegion.h"
@@ -13,6 +14,7 @@
 #include "morphology/MorphologyView.h"
 #include "support/DrawnWorm.h"
 #include "support/ModalAnswerer.h"
+#include "support/StatementLog.h"
 #include "support/TemporaryLibrary.h"
 #include "widgets/FileDialogAnswer.h"
 
@@ -23,6 +25,7 @@
 #include <QGraphicsScene>
 #include <QLabel>
 #include <QLayout>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSettings>
@@ -43,6 +46,8 @@ const ModalAnswerer::Box sameName = {
     "The database already contains a morphology with the same name. Please, specify a different "
     "name for this morphology.",
     QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Warning};
+const ModalAnswerer::Box cannotOpen = {"Cannot open file", "Unable to open the file.",
+                                       QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Critical};
 
 /// The form in a window of its own, with its parts as a user tells them apart.
 struct OpenForm
@@ -114,6 +119,33 @@ void dragNode(
     QTest::mouseRelease(graph->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
 }
 
+/// Clicks on the node of a region, and on the last entry of the menu that a right click there
+/// opens.
+void deleteNode(OpenForm *open, const Region *region)
+{
+    MorphoGraphView *graph = open->graph();
+    const QPoint pos = graph->mapFromScene(graph->regionNodes().value(region)->scenePos());
+    QTest::mouseClick(graph->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+    // By way of the window, which turns the press into a request for a menu.
+    QTest::mouseClick(open->form.windowHandle(), Qt::RightButton, Qt::NoModifier,
+                      graph->viewport()->mapTo(&open->form, pos));
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menu);
+    QAction *entry = menu->actions().last();
+    QCOMPARE(entry->text(), "Delete selection");
+    QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, menu->actionGeometry(entry).center());
+    QVERIFY(!QApplication::activePopupWidget());
+}
+
+/// Chooses the entry of the picture's context menu.
+void deletePicture(const MorphologyImageWidget *picture)
+{
+    for (QAction *action : picture->actions()) {
+        if (action->text() == "Delete image")
+            action->trigger();
+    }
+}
+
 QList<QPainterPath> outlines(const MorphologyItem &item)
 {
     QList<QPainterPath> paths;
@@ -177,21 +209,26 @@ private slots:
     void showsAllOrgansInTheGraphByShortcut();
 
     void takesTheNameWhenItsFieldIsLeft();
+    void tellsAssistantsWhichWormItShows();
     void refusesANewWormWithoutName();
     void refusesAStoredWormThatLosesItsName();
     void takesANewNameByAnyWayToOk_data();
     void takesANewNameByAnyWayToOk();
     void refusesTheNameOfAnother_data();
     void refusesTheNameOfAnother();
-    void acceptsTheOldNameOfAStoredWorm();
+    void acceptsTheOldNameOfAStoredWormUnasked();
+    void tellsTheOldNameFromOneInOtherLetters_data();
+    void tellsTheOldNameFromOneInOtherLetters();
     void comparesNamesExactly_data();
     void comparesNamesExactly();
 
     void addsAPictureAsItIsInItsFile_data();
     void addsAPictureAsItIsInItsFile();
     void asksForPicturesByTheirEndings();
+    void asksForPicturesInTheFolderThatWasLastVisited();
     void addsNothingWhenTheUserCancels();
     void refusesAFileThatCannotBeOpened();
+    void refusesAFileThatIsTooLarge();
     void refusesATextThatIsNamedLikeAPicture();
     void sharesTheWidthAmongPictures();
     void hidesThePicturesWithTheLastOfThem();
@@ -201,6 +238,9 @@ private slots:
     void redrawsTheWormAfterADeletion();
     void leavesTheFileUntouchedWhenItIsCancelled_data();
     void leavesTheFileUntouchedWhenItIsCancelled();
+    void staysOpenAtEscapeInTheGraph();
+    void staysOpenAtEscapeInTheMidstOfADrag();
+    void staysOpenAtEscapeInARubberBand();
     void writesNothingWhenItIsAccepted();
 
     void remembersItsSize();
@@ -405,6 +445,21 @@ void MorphologyFormTest::takesTheNameWhenItsFieldIsLeft()
     QVERIFY(open.form.isVisible());
 }
 
+void MorphologyFormTest::tellsAssistantsWhichWormItShows()
+{
+    OpenForm open(worm.get(), library->db());
+    QCOMPARE(open.graph()->accessibleName(), "Graph of morphology");
+    QCOMPARE(open.drawing()->accessibleName(), "Drawing of morphology");
+    open.type("Two heads");
+    open.graph()->setFocus();
+    QCOMPARE(open.graph()->accessibleName(), "Graph of morphology Two heads");
+    QCOMPARE(open.drawing()->accessibleName(), "Drawing of morphology Two heads");
+    open.type("");
+    open.graph()->setFocus();
+    QCOMPARE(open.graph()->accessibleName(), "Graph of morphology");
+    QCOMPARE(open.drawing()->accessibleName(), "Drawing of morphology");
+}
+
 void MorphologyFormTest::refusesANewWormWithoutName()
 {
     OpenForm open(worm.get(), library->db());
@@ -487,8 +542,10 @@ void MorphologyFormTest::refusesTheNameOfAnother()
     QVERIFY(open.isAccepted());
 }
 
-void MorphologyFormTest::acceptsTheOldNameOfAStoredWorm()
+void MorphologyFormTest::acceptsTheOldNameOfAStoredWormUnasked()
 {
+    StatementLog log;
+    init(); // another library, whose connections the log knows
     Morphology stored(storeWorm("Stored"), library->db(), true);
     OpenForm open(&stored, library->db());
     open.type("Something else");
@@ -496,9 +553,34 @@ void MorphologyFormTest::acceptsTheOldNameOfAStoredWorm()
     QCOMPARE(stored.name(), "Something else");
     open.type("Stored");
     const ModalAnswerer answerer;
+    QVERIFY(!log.take().isEmpty());
     open.press(QDialogButtonBox::Ok);
     QVERIFY(open.isAccepted());
+    QCOMPARE(log.take(), QStringList());
     QCOMPARE(answerer.problems(), QStringList());
+}
+
+void MorphologyFormTest::tellsTheOldNameFromOneInOtherLetters_data()
+{
+    QTest::addColumn<bool>("taken");
+    QTest::newRow("of another worm") << true;
+    QTest::newRow("of no worm") << false;
+}
+
+void MorphologyFormTest::tellsTheOldNameFromOneInOtherLetters()
+{
+    QFETCH(bool, taken);
+    Morphology stored(storeWorm("Stored"), library->db(), true);
+    if (taken)
+        storeWorm("STORED");
+    OpenForm open(&stored, library->db());
+    open.type("STORED");
+    ModalAnswerer answerer;
+    if (taken)
+        answerer.expectBox(sameName, QMessageBox::Ok);
+    open.press(QDialogButtonBox::Ok);
+    QCOMPARE(answerer.problems(), QStringList());
+    QCOMPARE(open.isAccepted(), !taken);
 }
 
 void MorphologyFormTest::comparesNamesExactly_data()
@@ -573,6 +655,23 @@ void MorphologyFormTest::asksForPicturesByTheirEndings()
     QCOMPARE(seen->parent, &open.form);
 }
 
+void MorphologyFormTest::asksForPicturesInTheFolderThatWasLastVisited()
+{
+    const QString folder = library->filePath("pictures");
+    QVERIFY(QDir().mkpath(folder));
+    OpenForm open(worm.get(), library->db());
+    ModalAnswerer answerer;
+    answerer.expectDialog([&folder](QDialog *dialog) {
+        qobject_cast<QFileDialog *>(dialog)->setDirectory(folder);
+        dialog->reject();
+    });
+    QTest::mouseClick(open.addButton(), Qt::LeftButton);
+    const auto seen = expectFileDialog(&answerer, fileWith("worm.png", picture("png")));
+    QTest::mouseClick(open.addButton(), Qt::LeftButton);
+    QCOMPARE(answerer.problems(), QStringList());
+    QCOMPARE(seen->folder, folder);
+}
+
 void MorphologyFormTest::addsNothingWhenTheUserCancels()
 {
     OpenForm open(worm.get(), library->db());
@@ -591,12 +690,21 @@ void MorphologyFormTest::refusesAFileThatCannotBeOpened()
         connect(dialog, &QDialog::accepted, dialog, [&fileName] { QFile::remove(fileName); });
         dialog->accept();
     });
-    answerer.expectBox({"Cannot open file", "Unable to open the file.", QMessageBox::Ok,
-                        QMessageBox::Ok, QMessageBox::Critical},
-                       QMessageBox::Ok);
+    answerer.expectBox(cannotOpen, QMessageBox::Ok);
     QTest::mouseClick(open.addButton(), Qt::LeftButton);
     QCOMPARE(answerer.problems(), QStringList());
     QCOMPARE(worm->nImages(), 0);
+    QVERIFY(open.imageArea()->isHidden());
+}
+
+void MorphologyFormTest::refusesAFileThatIsTooLarge()
+{
+    OpenForm open(worm.get(), library->db());
+    const QString fileName = fileWith("worm.png", picture("png"));
+    QVERIFY(QFile::resize(fileName, MorphologyImage::largestFile + 1)); // takes no room on the disk
+    addPicture(&open, fileName, cannotOpen);
+    QCOMPARE(worm->nImages(), 0);
+    QVERIFY(open.pictures().isEmpty());
     QVERIFY(open.imageArea()->isHidden());
 }
 
@@ -633,9 +741,9 @@ void MorphologyFormTest::hidesThePicturesWithTheLastOfThem()
     worm->addImage(picture("png"));
     OpenForm open(worm.get(), library->db());
     addPicture(&open, fileWith("worm.png", picture("png")));
-    open.pictures().at(0)->deleteImage();
+    deletePicture(open.pictures().at(0));
     QVERIFY(open.imageArea()->isVisible());
-    open.pictures().at(1)->deleteImage(); // connected when it was added
+    deletePicture(open.pictures().at(1)); // connected when it was added
     QVERIFY(open.imageArea()->isHidden());
     QCOMPARE(worm->nImages(), 0);
 }
@@ -644,7 +752,7 @@ void MorphologyFormTest::showsPicturesAgainAfterTheLastWasDeleted()
 {
     worm->addImage(picture("png"));
     OpenForm open(worm.get(), library->db());
-    open.pictures().at(0)->deleteImage();
+    deletePicture(open.pictures().at(0));
     QVERIFY(open.imageArea()->isHidden()); // connected when the form was made
     addPicture(&open, fileWith("worm.png", picture("png")));
     QVERIFY(open.imageArea()->isVisible());
@@ -674,9 +782,8 @@ void MorphologyFormTest::redrawsTheWormOneStepBehindADrag()
 void MorphologyFormTest::redrawsTheWormAfterADeletion()
 {
     OpenForm open(worm.get(), library->db());
-    open.graph()->regionNodes().value(worm->regions().last())->setSelected(true);
     const auto regions = worm->regions().size();
-    open.graph()->deleteSelection();
+    deleteNode(&open, worm->regions().last());
     QCOMPARE(worm->regions().size(), regions - 1);
     QCOMPARE(shownOutlines(open.drawing()), outlines(*worm));
 }
@@ -686,8 +793,10 @@ void MorphologyFormTest::leavesTheFileUntouchedWhenItIsCancelled_data()
     using Way = std::function<void(OpenForm *)>;
     QTest::addColumn<Way>("giveUp");
     QTest::newRow("Cancel") << Way([](OpenForm *open) { open->press(QDialogButtonBox::Cancel); });
-    QTest::newRow("Escape") << Way(
-        [](OpenForm *open) { QTest::keyClick(open->graph(), Qt::Key_Escape); });
+    QTest::newRow("Escape in the name")
+        << Way([](OpenForm *open) { QTest::keyClick(open->nameEdit(), Qt::Key_Escape); });
+    QTest::newRow("Escape in the drawing")
+        << Way([](OpenForm *open) { QTest::keyClick(open->drawing(), Qt::Key_Escape); });
     QTest::newRow("window closed") << Way([](OpenForm *open) { open->form.close(); });
 }
 
@@ -702,8 +811,7 @@ void MorphologyFormTest::leavesTheFileUntouchedWhenItIsCancelled()
     open.type("Edited");
     dragNode(open.graph(), edited.regions().first(), {{30, 0}, {30, 10}});
     addPicture(&open, fileWith("worm.png", picture("png")));
-    open.graph()->regionNodes().value(edited.regions().last())->setSelected(true);
-    open.graph()->deleteSelection();
+    deleteNode(&open, edited.regions().last());
     giveUp(&open);
 
     QVERIFY(open.form.isHidden());
@@ -711,6 +819,50 @@ void MorphologyFormTest::leavesTheFileUntouchedWhenItIsCancelled()
     QVERIFY(!(edited == original)); // nothing is undone in memory
     QCOMPARE(libraryBytes(), bytes);
     QVERIFY(Morphology(id, library->db(), true) == original);
+}
+
+void MorphologyFormTest::staysOpenAtEscapeInTheGraph()
+{
+    OpenForm open(worm.get(), library->db());
+    const QPoint corner(3, 3);
+    QTest::mouseClick(open.graph()->viewport(), Qt::LeftButton, Qt::NoModifier, corner);
+    QCOMPARE(QApplication::focusWidget(), open.graph());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QVERIFY(open.form.isVisible());
+}
+
+void MorphologyFormTest::staysOpenAtEscapeInTheMidstOfADrag()
+{
+    OpenForm open(worm.get(), library->db());
+    Region *dragged = worm->regions().first();
+    double dist = dragged->links().first()->totalDist();
+    int step = 0;
+    dragNode(open.graph(), dragged, {{0, -20}, {0, -30}, {0, -10}}, [&] {
+        QVERIFY(dragged->links().first()->totalDist() > dist);
+        dist = dragged->links().first()->totalDist();
+        QCOMPARE(QApplication::focusWidget(), open.graph());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        QVERIFY(open.form.isVisible());
+        ++step;
+    });
+    QCOMPARE(step, 3);
+    QVERIFY(open.form.isVisible());
+    QCOMPARE(dragged->links().first()->totalDist(), dist);
+}
+
+void MorphologyFormTest::staysOpenAtEscapeInARubberBand()
+{
+    OpenForm open(worm.get(), library->db());
+    QWidget *viewport = open.graph()->viewport();
+    const QPoint end = viewport->rect().bottomRight() - QPoint(3, 3);
+    QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, QPoint(3, 3));
+    QTest::mouseMove(viewport, end);
+    QVERIFY(!open.graph()->rubberBandRect().isNull());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QVERIFY(open.form.isVisible());
+    QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, end);
+    for (const MGRegion *node : open.graph()->regionNodes())
+        QVERIFY(node->isSelected());
 }
 
 void MorphologyFormTest::writesNothingWhenItIsAccepted()

@@ -4,6 +4,7 @@
 #include "model/Morphology.h"
 #include "model/Region.h"
 #include "model/WormLines.h"
+#include "morphology/MGLink.h"
 #include "morphology/MGLinkLever.h"
 #include "morphology/MGRegion.h"
 #include "morphology/MGRegionLever.h"
@@ -11,6 +12,7 @@
 #include "morphology/MorphoGraphView.h"
 #include "morphology/MorphologyItem.h"
 #include "support/Picture.h"
+#include "widgets/TurnWheel.h"
 
 #include <QApplication>
 #include <QGraphicsPixmapItem>
@@ -80,6 +82,23 @@ std::unique_ptr<Morphology> wormWithAnEye()
     return worm;
 }
 
+/// The captions of the nodes over the centre of the head, the topmost first.
+QStringList stackOverHead(const QGraphicsScene &scene)
+{
+    QPointF head;
+    for (const QGraphicsItem *item : scene.items()) {
+        const auto *node = dynamic_cast<const MGRegion *>(item);
+        if (node && node->text() == "Head")
+            head = node->scenePos();
+    }
+    QStringList stack;
+    for (const QGraphicsItem *item : scene.items(head)) {
+        if (const auto *node = dynamic_cast<const MGRegion *>(item))
+            stack += node->text();
+    }
+    return stack;
+}
+
 /// Whether both agree to a tenth; the extent of a pen is not exact.
 bool near(const QRectF &actual, const QRectF &expected)
 {
@@ -109,6 +128,7 @@ private slots:
     void setsEachGraphBelowItsNameLeftAligned();
     void makesTheRowAsHighAsTheHigherOfGraphAndWorm();
     void showsGraphsWithLeversButWithoutOrgans();
+    void stacksGraphsAsInTheEditor();
     void letsNothingBeDraggedOrSelected();
     void changesNoWorm();
     void outlivesItsWorms();
@@ -122,6 +142,7 @@ private slots:
     void showsWormsAtTheirNaturalSize();
     void showsOneListAtATime();
     void scrollsToTheEndOfARefilledList();
+    void keepsTheZoomOfARefilledList();
     void forgetsItsList();
     void tellsWhatItShows();
 
@@ -247,15 +268,21 @@ void MorphologyListViewTest::setsEachGraphBelowItsNameLeftAligned()
 
 void MorphologyListViewTest::makesTheRowAsHighAsTheHigherOfGraphAndWorm()
 {
-    const auto worm = wormWithAnEye();
-    for (Region *region : worm->regions())
-        region->setParams({-40.0, -40.0, -40.0}); // levers near the centres
-    const QRectF graph = graphExtent(worm.get());
-    const double drawn = MorphologyItem(*worm, nullptr, false).boundingRect().height();
+    const auto high = oval("Worm higher than its graph", -60.0, -60.0); // drawn by the amount
+    high->addImage(redAboveBlue({80, 40}));
+    const QRectF graph = graphExtent(high.get());
+    const double drawn = MorphologyItem(*high, nullptr, false).boundingRect().height();
+    QCOMPARE(drawn, 121.0);
+    QVERIFY(graph.height() < drawn - 20.0);
     MorphologyListView view(nullptr);
-    view.setMorphologyList({worm.get(), worms[0].get()});
-    QCOMPARE(shown<QGraphicsTextItem>(view).at(1)->y(),
-             -(50.0 + std::max(drawn, graph.height()) + 60.0));
+    view.setMorphologyList({high.get(), worms[0].get()});
+
+    QCOMPARE(shown<QGraphicsTextItem>(view).at(1)->y(), -(50.0 + drawn + 60.0));
+    // The picture as high as the worm; the worm level with the middle of its graph.
+    const QRectF picture = shown<QGraphicsPixmapItem>(view).first()->sceneBoundingRect();
+    QVERIFY(near(picture, {40.0 + graph.width() + drawn + 40.0, -50.0 - drawn, 242.0, drawn}));
+    const QRectF worm = shown<MorphologyItem>(view).first()->sceneBoundingRect();
+    QCOMPARE(worm.center().y(), -50.0 - 0.5 * graph.height());
 }
 
 void MorphologyListViewTest::showsGraphsWithLeversButWithoutOrgans()
@@ -264,18 +291,38 @@ void MorphologyListViewTest::showsGraphsWithLeversButWithoutOrgans()
     MorphologyListView view(nullptr);
     view.setMorphologyList({worm.get()});
     int levers = 0;
-    int organs = 0;
+    QList<bool> organs; // whether each node, or line to one, is seen
+    QList<bool> links;
     for (const QGraphicsItem *item : view.scene()->items()) {
         const bool isLever = dynamic_cast<const MGRegionLever *>(item) != nullptr ||
                              dynamic_cast<const MGLinkLever *>(item) != nullptr;
         levers += isLever && item->isVisible() ? 1 : 0;
-        if (dynamic_cast<const MGSpotOrgan *>(item)) {
-            ++organs;
-            QVERIFY(!item->isVisible());
-        }
+        if (dynamic_cast<const MGSpotOrgan *>(item))
+            organs += item->isVisible();
+        if (const auto *line = dynamic_cast<const MGLink *>(item))
+            (line->isRegionsLink() ? links : organs) += item->isVisible();
     }
     QCOMPARE(levers, 3 + 3 + 1);
-    QCOMPARE(organs, 1);
+    QCOMPARE(links, QList<bool>{true});
+    QCOMPARE(organs, QList<bool>({false, false}));
+}
+
+void MorphologyListViewTest::stacksGraphsAsInTheEditor()
+{
+    // Three nodes that overlap.
+    Morphology worm;
+    for (int type = 1; type <= 3; ++type)
+        worm.addRegion(ExperimentFactory::instance(nullptr)->regionType(type));
+    const QList<Region *> &regions = worm.regions();
+    regions.at(0)->addLink(regions.at(1), 10.0, 0.0, 0.5);
+    regions.at(0)->addLink(regions.at(2), 10.0, 1.0, 0.5);
+    const MorphoGraphView editor(&worm, nullptr);
+    MorphologyListView view(nullptr);
+    view.setMorphologyList({&worm});
+
+    const QStringList stack{"Tail", "Trunk", "Head"};
+    QCOMPARE(stackOverHead(*editor.scene()), stack);
+    QCOMPARE(stackOverHead(*view.scene()), stack);
 }
 
 void MorphologyListViewTest::letsNothingBeDraggedOrSelected()
@@ -448,6 +495,29 @@ void MorphologyListViewTest::scrollsToTheEndOfARefilledList()
         const QRect seen = view.mapFromScene(last).boundingRect();
         QVERIFY(view.viewport()->rect().adjusted(-1, -1, 1, 1).contains(seen)); // pixels are whole
     }
+}
+
+void MorphologyListViewTest::keepsTheZoomOfARefilledList()
+{
+    MorphologyListView view(nullptr);
+    view.setMorphologyList({worms[0].get()});
+    view.resize(300, 300);
+    view.show();
+    QTest::keyPress(&view, Qt::Key_Control);
+    turnWheel(view.viewport(), wheelUp);
+    turnWheel(view.viewport(), wheelUp);
+    QTest::keyRelease(&view, Qt::Key_Control);
+    const QTransform zoomed = view.transform();
+    QVERIFY(zoomed.m11() > 1.3);
+    const QRectF one = view.sceneRect();
+
+    view.setMorphologyList(list());
+    QCOMPARE(view.transform(), zoomed);
+    QCOMPARE(view.sceneRect(), view.scene()->itemsBoundingRect());
+    QVERIFY(view.sceneRect().height() > one.height() + 100.0);
+    view.setMorphologyList({worms[0].get()});
+    QCOMPARE(view.transform(), zoomed);
+    QCOMPARE(view.sceneRect(), one);
 }
 
 void MorphologyListViewTest::forgetsItsList()

@@ -21,9 +21,13 @@
 #include "support/TemporaryLibrary.h"
 
 #include <QGraphicsScene>
+#include <QMap>
 #include <QMenu>
 #include <QRandomGenerator>
 #include <QTest>
+
+#include <cmath>
+#include <utility>
 
 using namespace Planaria;
 
@@ -130,6 +134,85 @@ QString problemIn(const MorphoGraphView &view)
     problems.removeAll(QString());
     return problems.join(QStringLiteral(", "));
 }
+
+// --- What a command does ---
+
+/// The numbers of morphology and graph, by what they tell.
+using Numbers = QMap<QString, QList<double>>;
+
+void addOrganNumbers(const Organ *organ, Numbers *numbers)
+{
+    (*numbers)["organs"] += {organ->pos().x(), organ->pos().y()};
+    if (const auto *spot = dynamic_cast<const SpotOrgan *>(organ))
+        (*numbers)["turns"] += spot->rot();
+    if (const auto *line = dynamic_cast<const LineOrgan *>(organ))
+        (*numbers)["ends"] +=
+            {line->end1().x(), line->end1().y(), line->end2().x(), line->end2().y()};
+}
+
+Numbers numbersOf(const MorphoGraphView &view)
+{
+    Numbers numbers;
+    for (const Region *region : view.morphology()->regions()) {
+        numbers["regions"] += region->type()->id();
+        for (const RegionParam *param : region->params())
+            numbers["params"] += param->value();
+        for (const Organ *organ : region->organs())
+            addOrganNumbers(organ, &numbers);
+    }
+    for (const RegionsLink *link : view.morphology()->links()) {
+        numbers["links"] += {link->totalDist(), link->fromAng()};
+        numbers["ratios"] += std::isnan(link->fromRatio()) ? -1.0 : link->fromRatio();
+    }
+    for (const MGOrgan *organ : itemsOf<MGOrgan>(view))
+        numbers["looks"] += organ->isVisible() ? organ->opacity() : 0.0;
+    numbers["selection"] += static_cast<double>(view.scene()->selectedItems().size());
+    return numbers;
+}
+
+/// "more", "fewer" or "other" numbers of each kind that is not as it was.
+QStringList effects(const Numbers &before, const Numbers &after)
+{
+    QStringList found;
+    Numbers kinds = before;
+    kinds.insert(after);
+    for (const QString &kind : kinds.keys()) {
+        const QList<double> was = before.value(kind);
+        const QList<double> is = after.value(kind);
+        if (was.size() != is.size())
+            found += (was.size() < is.size() ? "more " : "fewer ") + kind;
+        else if (was != is)
+            found += "other " + kind;
+    }
+    if (found.contains("fewer regions")) { // which takes these along
+        found.removeAll("fewer links");
+        found.removeAll("fewer organs");
+    }
+    return found;
+}
+
+/// What each deed is there for.
+const QStringList expectedEffects{
+    "add a region: more regions",
+    "add a region: more links",
+    "change a type: other regions",
+    "add an organ: more organs",
+    "connect regions: more links",
+    "delete: fewer regions",
+    "delete: fewer links",
+    "delete: fewer organs",
+    "drag a region: other links",
+    "drag a node: other organs",
+    "drag a region's lever: other params",
+    "drag a link's lever: other ratios",
+    "drag an organ's lever: other turns",
+    "drag an organ's lever: other ends",
+    "drag several items: other links",
+    "drag several items: other organs",
+    "drag a rubber band: other selection",
+    "fade: other looks",
+    "show organs: other looks",
+};
 
 /// One who edits at random, the same way for the same seed.
 class Walker final
@@ -263,7 +346,12 @@ void Walker::selectSome(int most)
 
 void Walker::deleteSome()
 {
-    selectSome(3);
+    selectSome(3); // most items are levers, which stay
+    const QList<MGNode *> nodes = itemsOf<MGNode>(*view);
+    const QList<MGLink *> lines = itemsOf<MGLink>(*view);
+    if (QGraphicsItem *item =
+            number(2) == 0 ? static_cast<QGraphicsItem *>(anyOf(nodes)) : anyOf(lines))
+        item->setSelected(true);
     view->deleteSelection();
 }
 
@@ -320,6 +408,13 @@ void Walker::drag(const QPoint &from, const QPoint &to)
     QTest::mouseRelease(view->viewport(), Qt::LeftButton, keys, to);
 }
 
+/// Runs what scenes put off for each item that is added; the list of these grows until then.
+void letScenesForgetTheirNewItems(const QList<QGraphicsScene *> &scenes)
+{
+    for (QGraphicsScene *scene : scenes)
+        QCoreApplication::sendPostedEvents(scene, QEvent::MetaCall);
+}
+
 int steps()
 {
 #ifdef __SANITIZE_ADDRESS__
@@ -336,12 +431,23 @@ class RandomWalkTest final : public QObject
     Q_OBJECT
 
 private slots:
+    void keepsMorphologyAndGraphInStep_data();
     void keepsMorphologyAndGraphInStep();
 };
 
+void RandomWalkTest::keepsMorphologyAndGraphInStep_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<int>("end");
+    QTest::newRow("long") << quint32(20) << steps();
+    for (const quint32 seed : {21, 22})
+        QTest::addRow("seed %u", seed) << seed << 1000;
+}
+
 void RandomWalkTest::keepsMorphologyAndGraphInStep()
 {
-    constexpr quint32 seed = 20;
+    QFETCH(const quint32, seed);
+    QFETCH(const int, end);
     TemporaryLibrary library;
     Morphology worm;
     worm.setName("Walk");
@@ -354,14 +460,25 @@ void RandomWalkTest::keepsMorphologyAndGraphInStep()
     QVERIFY(QTest::qWaitForWindowExposed(&view));
 
     Walker walker(&view, seed);
-    for (int step = 1; step <= steps(); ++step) {
+    Numbers numbers = numbersOf(view);
+    QMap<QString, int> done;
+    for (int step = 1; step <= end; ++step) {
         const QString deed = walker.step();
         const QString problem = problemIn(view);
         QVERIFY2(problem.isEmpty(),
                  qPrintable(QStringLiteral("seed %1, step %2, %3: %4")
                                 .arg(QString::number(seed), QString::number(step), deed, problem)));
-        if (step % 50 == 0)
+        const Numbers before = std::exchange(numbers, numbersOf(view));
+        for (const QString &effect : effects(before, numbers))
+            ++done[deed + ": " + effect];
+        if (step % 50 == 0) {
             view.repaint(); // and no other events: timers would make each run another
+            letScenesForgetTheirNewItems({view.scene(), drawing.scene()});
+        }
+    }
+    for (const QString &effect : expectedEffects) {
+        const QString times = QStringLiteral("%1 %2 times").arg(effect).arg(done.value(effect));
+        QVERIFY2(done.value(effect) >= end / 500, qPrintable(times));
     }
 
     QVERIFY(worm.submit(library.db()) > 0);
