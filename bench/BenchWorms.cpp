@@ -6,6 +6,8 @@
 #include "model/Morphology.h"
 #include "model/Region.h"
 
+#include <QRandomGenerator>
+
 namespace Planaria {
 
 namespace {
@@ -49,12 +51,41 @@ std::unique_ptr<Morphology> BenchWorms::large()
     return worm;
 }
 
-BenchLibrary::BenchLibrary(int count)
+std::unique_ptr<Morphology> BenchWorms::varied(int number)
+{
+    QRandomGenerator random(static_cast<quint32>(number));
+    const auto upTo = [&random](double limit) { return random.bounded(limit); };
+    auto worm = std::make_unique<Morphology>();
+    Region *trunk = worm->addRegion(vocabulary()->regionType(2));
+    const int others = random.bounded(5);
+    for (int i = 0; i < others; ++i)
+        trunk->addLink(worm->addRegion(vocabulary()->regionType(random.bounded(2) == 0 ? 1 : 3)),
+                       150.0 + upTo(100.0), (i + upTo(0.5)) * Angles::fullTurn / others, 0.5);
+    for (Region *region : worm->regions()) {
+        for (int i = random.bounded(7); i > 0; --i)
+            region->addSpotOrgan(vocabulary()->spotOrganType(1 + random.bounded(3)),
+                                 {upTo(60.0) - 30.0, upTo(60.0) - 30.0}, upTo(Angles::fullTurn));
+    }
+    return worm;
+}
+
+namespace {
+
+std::unique_ptr<Morphology> anyWildType(int /*number*/)
+{
+    return BenchWorms::wildType();
+}
+
+} // namespace
+
+BenchLibrary::BenchLibrary(int count) : BenchLibrary(count, anyWildType) {}
+
+BenchLibrary::BenchLibrary(int count, std::unique_ptr<Morphology> (*make)(int number))
 {
     create();
     database.beginTransaction(); // one for all worms: a file of thousands is made in seconds
     for (int i = 1; i <= count; ++i) {
-        const std::unique_ptr<Morphology> worm = BenchWorms::wildType();
+        const std::unique_ptr<Morphology> worm = make(i);
         worm->setName(QStringLiteral("Worm %1").arg(i));
         worm->submit(&database);
     }

@@ -3,6 +3,9 @@
 #include "BuildConfig.h"
 #include "browse/ElementTab.h"
 #include "db/DB.h"
+#include "distance/MorphologyDistCompForm.h"
+#include "distance/MorphologyDistForm.h"
+#include "distance/MorphologyDistSearchForm.h"
 #include "morphology/MorphologyListViewerForm.h"
 
 #include <QAction>
@@ -342,6 +345,23 @@ void MainWindow::viewHelp()
 
 // --- Tools ---
 
+void MainWindow::morDistCalc()
+{
+    MorphologyDistForm(db.get(), this).exec();
+}
+
+void MainWindow::morDistComp()
+{
+    MorphologyDistCompForm form(db.get(), this);
+    if (!form.isAborted())
+        form.exec();
+}
+
+void MainWindow::morDistSearch()
+{
+    MorphologyDistSearchForm(db.get(), this).exec();
+}
+
 void MainWindow::morListViewer()
 {
     MorphologyListViewerForm form(db.get(), this);
@@ -352,12 +372,6 @@ void MainWindow::morListViewer()
 // The commands of these entries are still to come.
 
 void MainWindow::importDB() {}
-
-void MainWindow::morDistCalc() {}
-
-void MainWindow::morDistComp() {}
-
-void MainWindow::morDistSearch() {}
 
 void MainWindow::deleteAllExperiments() {}
 

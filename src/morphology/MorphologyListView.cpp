@@ -37,6 +37,7 @@ void MorphologyListView::clear()
     scene()->clear();
     morphologies.clear();
     setAccessibleName(QStringLiteral("No morphologies"));
+    setAccessibleDescription(QString());
 }
 
 void MorphologyListView::setMorphologyList(const QList<Morphology *> &list)
@@ -45,19 +46,22 @@ void MorphologyListView::setMorphologyList(const QList<Morphology *> &list)
     morphologies = list;
     drawMorphologies();
     setAccessibleName(QStringLiteral("Drawings of morphologies: %1").arg(morphologies.size()));
+    QStringList names;
+    for (const Morphology *morphology : std::as_const(morphologies))
+        names += morphology->name();
+    setAccessibleDescription(names.join(QStringLiteral(", ")));
     scene()->setSceneRect(scene()->itemsBoundingRect()); // the zoom stays
 }
 
 void MorphologyListView::drawMorphologies()
 {
-    MorphoGraphView graphView(nullptr);
     double y = 0.0;
     for (int i = 0; i < morphologies.size(); ++i) {
         Morphology *morphology = morphologies.at(i);
         addText(*morphology, y, i);
 
         const double top = y - textHeight;
-        const QRectF graph = addGraph(&graphView, morphology, top);
+        const QRectF graph = addGraph(morphology, top);
         const QRectF extent = addMorph(*morphology, top, graph);
         const double height = std::max(extent.height(), graph.height());
         addImages(*morphology, top, height, columnGap + graph.width() + extent.width());
@@ -75,10 +79,11 @@ void MorphologyListView::addText(const Morphology &morphology, double y, int num
     setUpright(text);
 }
 
-QRectF MorphologyListView::addGraph(MorphoGraphView *graphView, Morphology *morphology, double y)
+QRectF MorphologyListView::addGraph(Morphology *morphology, double y)
 {
-    graphView->setMorphology(morphology);
-    QGraphicsScene *graphScene = graphView->scene();
+    // One for each: until events run, a scene searches all items that it ever had.
+    MorphoGraphView graphView(morphology, nullptr);
+    QGraphicsScene *graphScene = graphView.scene();
     const QRectF graph = graphScene->itemsBoundingRect();
     const QPointF offset(-graph.left(), y - 0.5 * graph.height() - graph.center().y());
 

@@ -7,7 +7,6 @@
 namespace Planaria {
 
 class Morphology;
-class MorphoGraphView;
 
 /// Shows many worms, one row each: number and name, and below them the graph, the worm and its
 /// pictures.
@@ -30,9 +29,9 @@ private:
     // Each draws one column of a row; y is its top, in scene units that grow upwards.
 
     void addText(const Morphology &morphology, double y, int number);
-    /// Builds the graph in @p graphView and takes it over, with its left edge at 0 and nothing left
-    /// to drag. @return its extent
-    QRectF addGraph(MorphoGraphView *graphView, Morphology *morphology, double y);
+    /// Builds the graph elsewhere and takes it over, with its left edge at 0 and nothing left to
+    /// drag. @return its extent
+    QRectF addGraph(Morphology *morphology, double y);
     /// Draws the worm to the right of the graph, level with its middle. @return its extent
     QRectF addMorph(const Morphology &morphology, double y, const QRectF &graph);
     void addImages(const Morphology &morphology, double y, double height, double x);

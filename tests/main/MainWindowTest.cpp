@@ -42,8 +42,10 @@ private slots:
     void obeysItsKeys();
     void exitsThroughTheMenu();
     void acceptsEveryClose();
-    void listsTheMorphologies();
-    void showsNoListThatTheUserAborts();
+    void opensItsTools_data();
+    void opensItsTools();
+    void showsNoToolThatTheUserAborts_data();
+    void showsNoToolThatTheUserAborts();
     void opensTheHelpInTheBrowser();
     void headsTheAboutBoxWithNameAndVersion();
     void saysInTheAboutBoxWhatTheProgramIs();
@@ -309,30 +311,53 @@ void MainWindowTest::acceptsEveryClose()
     QCOMPARE(run.problems(), QString());
 }
 
-void MainWindowTest::listsTheMorphologies()
+void MainWindowTest::opensItsTools_data()
 {
+    QTest::addColumn<QString>("tool");
+    for (const char *tool : {"Morphology graphical search", "Morphology list viewer",
+                             "Morphology distance calculator", "Morphology distance comparator"})
+        QTest::newRow(tool) << tool;
+}
+
+void MainWindowTest::opensItsTools()
+{
+    QFETCH(QString, tool);
     TemporaryLibrary library;
+    library.run("INSERT INTO Morphology (Name) VALUES('Cyclops'), ('Two heads')");
     ProgramRun run({library.fileName()});
     run.start();
-    QString shown;
-    run.answerer.expectDialog([&shown](QDialog *dialog) {
-        shown = dialog->windowTitle();
+    QPointer<QDialog> shown;
+    QString title;
+    run.answerer.expectDialog([&shown, &title](QDialog *dialog) {
+        shown = dialog;
+        title = dialog->windowTitle();
+        QCOMPARE(dialog->windowModality(), Qt::ApplicationModal);
         dialog->reject();
     });
-    run.choose("Morphology list viewer");
-    QCOMPARE(shown, "Morphology list viewer");
+    run.choose(tool);
+    QCOMPARE(title, tool);
+    QVERIFY(!shown); // it is gone with its data
     QCOMPARE(run.problems(), QString());
 }
 
-void MainWindowTest::showsNoListThatTheUserAborts()
+void MainWindowTest::showsNoToolThatTheUserAborts_data()
 {
+    QTest::addColumn<QString>("tool");
+    for (const char *tool : {"Morphology list viewer", "Morphology distance comparator"})
+        QTest::newRow(tool) << tool;
+}
+
+void MainWindowTest::showsNoToolThatTheUserAborts()
+{
+    QFETCH(QString, tool);
     TemporaryLibrary library;
     library.run("INSERT INTO Morphology (Name) VALUES('Cyclops'), ('Two heads')");
     ProgramRun run({library.fileName()});
     run.start();
     const ProgressWatcher progress(1);
-    run.choose("Morphology list viewer");
+    run.choose(tool);
     QCOMPARE(progress.values, QList<int>({0, 1}));
+    QCOMPARE(progress.parentWidget, &run.window);
     QCOMPARE(run.problems(), QString()); // as each dialog that is shown would be
 }
 

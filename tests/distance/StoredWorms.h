@@ -1,0 +1,54 @@
+#pragma once
+
+#include "db/ExperimentFactory.h"
+#include "model/Morphology.h"
+#include "model/Region.h"
+#include "support/TemporaryLibrary.h"
+
+namespace Planaria {
+
+/// Stores a wild type whose head reaches further by @p longer, scene units. Each 10 units between
+/// two such worms are a distance of 1.
+inline int storeWorm(TemporaryLibrary *library, const QString &name, double longer = 0.0)
+{
+    const auto worm = ExperimentFactory::instance(nullptr)->createWildMorphology();
+    worm->setName(name);
+    worm->regions().first()->setParam(1, 80.0 + longer);
+    const int id = worm->submit(library->db());
+    if (id < 1)
+        qFatal("cannot store %s", qUtf8Printable(name));
+    return id;
+}
+
+/// Stores @p count of them, "Worm 0000" and so on, each 10 units longer than the one before.
+inline void storeWorms(TemporaryLibrary *library, int count)
+{
+    library->db()->beginTransaction();
+    for (int i = 0; i < count; ++i)
+        storeWorm(library, QStringLiteral("Worm %1").arg(i, 4, 10, QLatin1Char('0')), 10.0 * i);
+    if (!library->db()->endTransaction())
+        qFatal("cannot store worms");
+}
+
+/// Stores @p count worms of seven regions with six organs each, which take long to compare.
+inline void storeLargeWorms(TemporaryLibrary *library, int count)
+{
+    ExperimentFactory *vocabulary = ExperimentFactory::instance(nullptr);
+    library->db()->beginTransaction();
+    for (int i = 0; i < count; ++i) {
+        Morphology worm;
+        worm.setName(QStringLiteral("Large worm %1").arg(i));
+        Region *trunk = worm.addRegion(vocabulary->regionType(2));
+        for (int head = 0; head < 6; ++head)
+            trunk->addLink(worm.addRegion(vocabulary->regionType(1)), 200.0, head, 0.5);
+        for (Region *region : worm.regions()) {
+            for (int eye = 0; eye < 6; ++eye)
+                region->addSpotOrgan(vocabulary->spotOrganType(1), QPointF(eye * 7 + i, eye), 0.0);
+        }
+        worm.submit(library->db());
+    }
+    if (!library->db()->endTransaction())
+        qFatal("cannot store worms");
+}
+
+} // namespace Planaria
