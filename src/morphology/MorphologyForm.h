@@ -31,7 +31,7 @@ public:
     MorphologyForm(Morphology *edited, DB *database, QWidget *parent);
     ~MorphologyForm() override;
 
-    Morphology *getMorphology() const { return morphology; }
+    [[nodiscard]] Morphology *getMorphology() const { return morphology; }
 
     // Each runs the form on a new object and, where the user accepts, writes it to the file. Null
     // where the user gives up.
