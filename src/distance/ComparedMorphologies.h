@@ -35,7 +35,7 @@ public:
     [[nodiscard]] bool compare(const Morphology &reference, const QSqlQueryModel &model,
                                QProgressDialog *progress);
 
-    const QMultiMap<double, Morphology *> &results() const { return results_; }
+    [[nodiscard]] const QMultiMap<double, Morphology *> &results() const { return results_; }
     void clear();
 
 private:

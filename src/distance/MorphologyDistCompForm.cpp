@@ -176,9 +176,9 @@ void MorphologyDistCompForm::describeResults()
     const QMultiMap<double, Morphology *> &results = compared.results();
     for (auto result = results.cbegin(); result != results.cend(); ++result)
         distances += result.value()->name() + QStringLiteral(" ") + distanceText(result.key());
-    compView->setAccessibleName(tr("Morphologies by distance from %1: %2")
-                                    .arg(chooser->morphology()->name(),
-                                         QString::number(results.size())));
+    compView->setAccessibleName(
+        tr("Morphologies by distance from %1: %2")
+            .arg(chooser->morphology()->name(), QString::number(results.size())));
     compView->setAccessibleDescription(distances.join(QStringLiteral(", ")));
 }
 

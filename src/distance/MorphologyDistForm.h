@@ -39,7 +39,7 @@ public slots:
 private:
     void createWidgets();
     MorphologyChooser *createSide(const QString &role);
-    MorphologyChooser *senderSide() const;
+    [[nodiscard]] MorphologyChooser *senderSide() const;
 
     DB *db;
     std::unique_ptr<QSqlQueryModel> model; // of both sides
