@@ -1,19 +1,34 @@
 #include "distance/AssignmentSearch.h"
 
-#include <algorithm>
-
 namespace Planaria {
 
-int AssignmentSearch::addPath(int parent, int second, int placed)
+bool AssignmentSearch::takeStep(double best, Step *present)
 {
-    Path path;
-    path.parent = parent;
-    path.second = second;
+    while (!steps.empty() && steps.back().cost > best)
+        steps.pop_back();
+    if (steps.empty())
+        return false;
+    *present = steps.back();
+    steps.pop_back();
+    current.shortenTo(present->pairs);
+    current.add(present->second);
+    return true;
+}
+
+void AssignmentSearch::open(double cost, int parent, int second)
+{
+    if (openPaths.size() == mostOpenPaths)
+        release(openPaths.takeLast().path);
+    openPaths.insert(cost, addPath(parent, second));
+}
+
+int AssignmentSearch::addPath(int parent, int second)
+{
+    Path path{parent, 1, second, 0};
     if (parent != none) {
         Path &extended = paths[static_cast<std::size_t>(parent)];
         ++extended.users;
         path.pairs = extended.pairs + 1;
-        path.placedOfSecond = extended.placedOfSecond + placed;
     }
 
     if (freePaths.empty()) {
@@ -39,19 +54,12 @@ void AssignmentSearch::release(int path)
 
 void AssignmentSearch::expose(int path)
 {
-    std::fill(partnersOfFirst.begin(), partnersOfFirst.end(), waiting);
-    std::fill(partnersOfSecond.begin(), partnersOfSecond.end(), waiting);
-    while (true) {
-        const Path &last = paths[static_cast<std::size_t>(path)];
-        if (last.parent == none)
-            return;
-        const int first = last.pairs <= firstSize ? last.pairs - 1 : none;
-        if (first != none)
-            partnersOfFirst[static_cast<std::size_t>(first)] = last.second;
-        if (last.second != none)
-            partnersOfSecond[static_cast<std::size_t>(last.second)] = first;
+    const auto pathAt = [this](int index) { return paths[static_cast<std::size_t>(index)]; };
+    current.replace(pathAt(path).pairs, [&] {
+        const Path last = pathAt(path);
         path = last.parent;
-    }
+        return last.second;
+    });
 }
 
 } // namespace Planaria

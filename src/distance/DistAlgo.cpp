@@ -1,20 +1,12 @@
 #include "distance/DistAlgo.h"
 
 #include "distance/AssignmentSearch.h"
+#include "distance/WormData.h"
 #include "model/Angles.h"
-#include "model/LineOrgan.h"
-#include "model/Morphology.h"
-#include "model/Region.h"
-#include "model/RegionParam.h"
-#include "model/RegionType.h"
-#include "model/RegionsLink.h"
-#include "model/SpotOrgan.h"
-#include "model/SpotOrganType.h"
-
-#include <QHash>
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <vector>
 
 namespace Planaria::DistAlgo {
@@ -23,9 +15,13 @@ namespace {
 
 using namespace Costs;
 using Angles::halfTurn;
+using OrganData = WormData::OrganData;
+using LinkData = WormData::LinkData;
+using RegionData = WormData::RegionData;
 
-constexpr int none = AssignmentSearch::none;
-constexpr int waiting = AssignmentSearch::waiting;
+constexpr int none = Assignment::none;
+constexpr int waiting = Assignment::waiting;
+constexpr int noLink = WormData::noLink;
 
 std::size_t at(int index)
 {
@@ -39,32 +35,9 @@ double angleBetween(double a, double b)
     return angle > halfTurn ? Angles::fullTurn - angle : angle;
 }
 
-// --- Organs ---
+// --- Single changes ---
 
-/// An organ with all that is compared of it.
-struct OrganData
-{
-    explicit OrganData(const Organ *organ) : pos(organ->pos())
-    {
-        if (const auto *spot = dynamic_cast<const SpotOrgan *>(organ)) {
-            isSpot = true;
-            typeId = spot->type()->id();
-            rot = spot->rot();
-        } else if (const auto *line = dynamic_cast<const LineOrgan *>(organ)) {
-            end1 = line->end1();
-            end2 = line->end2();
-        }
-    }
-
-    QPointF pos;
-    bool isSpot = false;
-    int typeId = 0;
-    double rot = 0.0;
-    QPointF end1;
-    QPointF end2;
-};
-
-double organCost(const OrganData &a, const OrganData &b)
+double organChange(const OrganData &a, const OrganData &b)
 {
     double cost = moveOrgan * Angles::length(b.pos - a.pos);
     if (a.isSpot && b.isSpot) {
@@ -80,88 +53,7 @@ double organCost(const OrganData &a, const OrganData &b)
     return cost;
 }
 
-double organsCost(const std::vector<OrganData> &a, const std::vector<OrganData> &b)
-{
-    // What a pair of organs costs does not depend on the others.
-    std::vector<double> costs;
-    costs.reserve(a.size() * b.size());
-    for (const OrganData &first : a) {
-        for (const OrganData &second : b)
-            costs.push_back(organCost(first, second));
-    }
-    AssignmentSearch search(static_cast<int>(a.size()), static_cast<int>(b.size()));
-    return search.cheapest([&](int first, int second) {
-        return first == none || second == none ? insertDeleteOrgan
-                                               : costs[at(first) * b.size() + at(second)];
-    });
-}
-
-// --- Regions ---
-
-/// A link as seen from one of its regions.
-struct LinkEnd
-{
-    int other; // position of the region at the other end
-    double dist;
-    double ang;
-};
-
-/// A region with all that is compared of it.
-struct RegionData
-{
-    int typeId = 0;
-    std::vector<double> params;
-    std::vector<OrganData> organs;
-    std::vector<LinkEnd> links;
-    std::vector<std::pair<int, int>> linkIndex; // other region and first link to it, sorted
-
-    /// The position of the first link to region @p other, or none.
-    int firstLinkTo(int other) const
-    {
-        const auto found =
-            std::lower_bound(linkIndex.cbegin(), linkIndex.cend(), std::pair(other, 0));
-        return found != linkIndex.cend() && found->first == other ? found->second : none;
-    }
-
-    double organsTotal() const { return insertDeleteOrgan * static_cast<double>(organs.size()); }
-};
-
-std::vector<RegionData> regionsOf(const Morphology &worm)
-{
-    QHash<const Region *, int> position;
-    for (const Region *region : worm.regions())
-        position.insert(region, static_cast<int>(position.size()));
-
-    std::vector<RegionData> result;
-    result.reserve(static_cast<std::size_t>(position.size()));
-    for (const Region *region : worm.regions()) {
-        RegionData data;
-        data.typeId = region->type()->id();
-        for (const RegionParam *param : region->params())
-            data.params.push_back(param->value());
-        for (const Organ *organ : region->organs())
-            data.organs.emplace_back(organ);
-        for (const RegionsLink *link : region->links()) {
-            const int other = position.value(link->otherRegion(region));
-            data.linkIndex.emplace_back(other, static_cast<int>(data.links.size()));
-            data.links.push_back({other, link->totalDist(), link->ang(region)});
-        }
-        std::sort(data.linkIndex.begin(), data.linkIndex.end());
-        result.push_back(std::move(data));
-    }
-    return result;
-}
-
-double paramsCost(const RegionData &a, const RegionData &b)
-{
-    double cost = 0.0;
-    const std::size_t common = std::min(a.params.size(), b.params.size());
-    for (std::size_t i = 0; i < common; ++i)
-        cost += changeRegionParameter * std::abs(a.params[i] - b.params[i]);
-    return cost;
-}
-
-double linkChange(const LinkEnd &a, const LinkEnd &b)
+double linkChange(const LinkData &a, const LinkData &b)
 {
     double cost = changeLinkDistance * std::abs(b.dist - a.dist);
     const double turn = angleBetween(a.ang, b.ang) / halfTurn;
@@ -171,107 +63,159 @@ double linkChange(const LinkEnd &a, const LinkEnd &b)
     return cost;
 }
 
-/// The search over the regions of two worms.
-class RegionSearch final
+double typeAndParamsChange(const RegionData &a, const RegionData &b)
+{
+    double params = 0.0;
+    for (std::size_t i = 0; i < std::min(a.params.size(), b.params.size()); ++i)
+        params += changeRegionParameter * std::abs(a.params[i] - b.params[i]);
+    return (a.typeId == b.typeId ? 0.0 : changeRegionType) + params;
+}
+
+// --- Organs ---
+
+/// What the organs of a region cost against those of another one.
+class OrganCosts final
 {
 public:
-    RegionSearch(const Morphology &first, const Morphology &second)
-        : a(regionsOf(first)), b(regionsOf(second)),
-          search(static_cast<int>(a.size()), static_cast<int>(b.size())),
-          ownCosts(a.size() * b.size(), unknown)
+    static constexpr bool insertionsAreAlike = true;
+
+    double cheapest(std::span<const OrganData> a, std::span<const OrganData> b)
     {
+        if (a.empty() || b.empty())
+            return insertDeleteOrgan * static_cast<double>(a.size() + b.size());
+        columns = b.size();
+        changes.clear();
+        for (const OrganData &first : a) {
+            for (const OrganData &second : b)
+                changes.push_back(organChange(first, second));
+        }
+        return search.cheapest(static_cast<int>(a.size()), static_cast<int>(b.size()), this);
     }
 
-    double cheapest()
+    [[nodiscard]] double ofPath(double cost, int first, int second, double /*most*/) const
     {
-        return search.cheapest([this](int first, int second) { return stepCost(first, second); });
+        const bool isPair = first != none && second != none;
+        return cost + (isPair ? changes[at(first) * columns + at(second)] : insertDeleteOrgan);
     }
 
 private:
-    static constexpr double unknown = -1.0;
+    std::vector<double> changes; // by pair, row by row
+    std::size_t columns = 0;
+    AssignmentSearch search;
+};
 
-    double stepCost(int first, int second)
+// --- Regions ---
+
+/// What the regions of a worm cost against those of another one.
+class RegionCosts final
+{
+public:
+    static constexpr bool insertionsAreAlike = false; // links tell them apart
+
+    RegionCosts(const Morphology &first, const Morphology &second) : a(first), b(second)
     {
-        if (first == none) {
-            return loneCost(b[at(second)],
-                            [this](int other) { return search.partnerOfSecond(other); });
+        changes.reserve(at(a.regionCount()) * at(b.regionCount()));
+        for (int i = 0; i < a.regionCount(); ++i) {
+            for (int j = 0; j < b.regionCount(); ++j)
+                changes.push_back(quickChange(a.region(i), b.region(j)));
         }
-        if (second == none) {
-            return loneCost(a[at(first)],
-                            [this](int other) { return search.partnerOfFirst(other); });
-        }
-        return ownCost(first, second) + linksCost(a[at(first)], b[at(second)]);
     }
 
-    /// Of a region without partner. @param partnerOf of another region of its worm
+    double cheapest() { return search.cheapest(a.regionCount(), b.regionCount(), this); }
+
+    double ofPath(double cost, int first, int second, double most)
+    {
+        if (first == none)
+            return cost + loneCost(b.region(second), &Assignment::partnerOfSecond);
+        if (second == none)
+            return cost + loneCost(a.region(first), &Assignment::partnerOfFirst);
+        return ofPair(cost, first, second, most);
+    }
+
+private:
+    /// What a region and its partner cost without links, which is the same in every path. The cost
+    /// of their organs is found once it matters; until then the least that it can be stands for it.
+    struct Change
+    {
+        double typeAndParams;
+        double cost;
+        bool isExact;
+    };
+
+    double ofPair(double cost, int first, int second, double most)
+    {
+        const RegionData &from = a.region(first);
+        const RegionData &to = b.region(second);
+        Change &change = changes[at(first) * at(b.regionCount()) + at(second)];
+        if (!change.isExact && cost + change.cost <= most) {
+            change.cost = change.typeAndParams + organCosts.cheapest(from.organs, to.organs);
+            change.isExact = true;
+        }
+        const double withoutLinks = cost + change.cost;
+        return withoutLinks > most ? withoutLinks : cost + (change.cost + linksCost(from, to));
+    }
+
+    static Change quickChange(const RegionData &from, const RegionData &to)
+    {
+        const double known = typeAndParamsChange(from, to);
+        const auto surplus = std::ssize(from.organs) - std::ssize(to.organs);
+        return {known, known + insertDeleteOrgan * std::abs(static_cast<double>(surplus)), false};
+    }
+
+    /// Of a region without partner. @param partnerOf finds that of another region of its worm
     template <typename PartnerOf>
-    static double loneCost(const RegionData &region, const PartnerOf &partnerOf)
+    double loneCost(const RegionData &region, const PartnerOf &partnerOf) const
     {
-        double cost = insertDeleteRegion + region.organsTotal();
-        for (const LinkEnd &link : region.links) {
-            if (partnerOf(link.other) != waiting)
+        double cost =
+            insertDeleteRegion + insertDeleteOrgan * static_cast<double>(region.organs.size());
+        for (const LinkData &link : region.links) {
+            if ((path.*partnerOf)(link.other) != waiting)
                 cost += insertDeleteLink;
-        }
-        return cost;
-    }
-
-    /// Of type, params and organs, which do not depend on the path: found once for each pair.
-    double ownCost(int first, int second)
-    {
-        double &cost = ownCosts[at(first) * b.size() + at(second)];
-        if (cost == unknown) {
-            const RegionData &from = a[at(first)];
-            const RegionData &to = b[at(second)];
-            cost = (from.typeId == to.typeId ? 0.0 : changeRegionType) + paramsCost(from, to) +
-                   organsCost(from.organs, to.organs);
         }
         return cost;
     }
 
     /// Of the links of a pair to regions placed before. A link is charged with the later of its
     /// two ends.
-    double linksCost(const RegionData &from, const RegionData &to)
+    double linksCost(const RegionData &from, const RegionData &to) const
     {
         double cost = 0.0;
-        unmatched.assign(to.links.size(), 1);
-        std::size_t left = to.links.size();
-        std::size_t i = 0;
-        for (; i < from.links.size() && left > 0; ++i) {
-            const int partner = search.partnerOfFirst(from.links[i].other);
+        std::ptrdiff_t matched = 0;
+        for (const LinkData &link : from.links) {
+            const int partner = path.partnerOfFirst(link.other);
             if (partner == waiting)
                 continue;
-            const int counterpart = partner == none ? none : to.firstLinkTo(partner);
-            if (counterpart == none) {
+            const bool hasCandidates = partner != none && matched < std::ssize(to.links);
+            const int counterpart = hasCandidates ? to.firstLinks[at(partner)] : noLink;
+            if (counterpart == noLink) {
                 cost += insertDeleteLink;
                 continue;
             }
-            // Parallel links may have the same counterpart.
-            left -= std::exchange(unmatched[at(counterpart)], 0);
-            cost += linkChange(from.links[i], to.links[at(counterpart)]);
+            cost += linkChange(link, to.links[at(counterpart)]);
+            if (link.isFirst) // parallel ones have the same counterpart
+                ++matched;
         }
-        for (; i < from.links.size(); ++i) {
-            if (search.partnerOfFirst(from.links[i].other) != waiting)
-                cost += insertDeleteLink;
-        }
-        for (std::size_t j = 0; j < to.links.size(); ++j) {
-            if (unmatched[j] && search.partnerOfSecond(to.links[j].other) != waiting)
-                cost += insertDeleteLink;
-        }
+        std::ptrdiff_t unmatched = -matched;
+        for (const LinkData &link : to.links)
+            unmatched += path.partnerOfSecond(link.other) != waiting ? 1 : 0;
+        for (; unmatched > 0; --unmatched)
+            cost += insertDeleteLink;
         return cost;
     }
 
-    std::vector<RegionData> a;
-    std::vector<RegionData> b;
+    WormData a;
+    WormData b;
     AssignmentSearch search;
-    std::vector<double> ownCosts; // by pair, row by row
-    std::vector<char> unmatched;  // links of the present pair's second region
+    const Assignment &path = search.assignment();
+    OrganCosts organCosts;
+    std::vector<Change> changes; // by pair, row by row
 };
 
 } // namespace
 
 double dist(const Morphology &first, const Morphology &second)
 {
-    return RegionSearch(first, second).cheapest();
+    return RegionCosts(first, second).cheapest();
 }
 
 } // namespace Planaria::DistAlgo

@@ -1,55 +1,57 @@
 #pragma once
 
-#include <cstdint>
+#include <array>
+#include <cstddef>
 #include <vector>
 
 namespace Planaria {
 
-/// The open paths of a best-first search, by cost; of equal costs the newest comes first. Both
-/// ends can be taken off, in the logarithm of the number of paths.
+/// The open paths of a best-first search in the order of their costs; of equal costs the newest
+/// comes first.
 ///
-/// An interval heap: entries 2i and 2i + 1 are the lower and upper bound of node i, and the
-/// interval of a node contains those of its children 2i + 1 and 2i + 2. (J. van Leeuwen, D. Wood:
-/// Interval heaps. The Computer Journal 36, 1993.)
+/// They stand sorted in blocks, which stand sorted too: both ends are at hand, and an insertion
+/// moves no more than one block.
 class OpenPaths final
 {
 public:
     struct Entry
     {
-        double cost = 0.0;
-        std::uint64_t birth = 0; // grows with each insertion
-        int path = 0;
+        double cost;
+        int path;
     };
 
-    bool isEmpty() const { return entries.empty(); }
-    std::size_t size() const { return entries.size(); }
+    [[nodiscard]] std::size_t size() const { return count; }
+    [[nodiscard]] double highestCost() const { return order.back().cost; }
 
+    void clear();
     void insert(double cost, int path);
-    /// Whether a path of this cost, inserted now, would stand before the last one.
-    bool comesBeforeLast(double cost) const { return cost <= entries[lastIndex()].cost; }
     Entry takeFirst();
     Entry takeLast();
 
 private:
-    static bool isBefore(const Entry &a, const Entry &b)
+    static constexpr int blockSize = 128;
+
+    struct Block
     {
-        return a.cost < b.cost || (a.cost == b.cost && a.birth > b.birth);
-    }
+        int begin = 0;
+        int end = 0;
+        std::array<Entry, blockSize> entries;
+    };
 
-    std::size_t lastIndex() const { return entries.size() > 1 ? 1 : 0; }
-    /// The upper bound of @p node, which in the last node may be its lower bound too.
-    std::size_t upper(std::size_t node) const
+    /// A block and the cost of its last entry.
+    struct Place
     {
-        return 2 * node + 1 < entries.size() ? 2 * node + 1 : 2 * node;
-    }
+        double cost;
+        int block;
+    };
 
-    void riseAsLower(std::size_t index);
-    void riseAsUpper(std::size_t index);
-    void sinkLower();
-    void sinkUpper();
+    int newBlock();
+    std::size_t split(std::size_t place, double cost);
 
-    std::vector<Entry> entries;
-    std::uint64_t births = 0;
+    std::vector<Block> blocks;
+    std::vector<int> freeBlocks;
+    std::vector<Place> order; // no block is empty
+    std::size_t count = 0;
 };
 
 } // namespace Planaria

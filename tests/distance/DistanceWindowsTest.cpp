@@ -147,7 +147,7 @@ void DistanceWindowsTest::closesByEscape()
 {
     const auto form = open();
     form->show();
-    QTest::keyClick(form->findChild<ZoomGraphicsView *>(), Qt::Key_Escape);
+    QTest::keyClick(button(*form, "Close"), Qt::Key_Escape);
     QVERIFY(!form->isVisible());
 }
 

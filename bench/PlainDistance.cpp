@@ -1,0 +1,204 @@
+#include "PlainDistance.h"
+
+#include "distance/DistAlgo.h"
+#include "model/LineOrgan.h"
+#include "model/Morphology.h"
+#include "model/Region.h"
+#include "model/RegionParam.h"
+#include "model/RegionType.h"
+#include "model/RegionsLink.h"
+#include "model/SpotOrgan.h"
+#include "model/SpotOrganType.h"
+
+#include <QMultiMap>
+
+#include <cmath>
+#include <memory>
+#include <numbers>
+
+namespace Planaria::PlainDistance {
+
+namespace {
+
+using namespace DistAlgo::Costs;
+using std::numbers::pi;
+
+constexpr int mostOpenPaths = 5000;
+
+/// Pairs of elements of two lists; null stands for the partner that an element does not have.
+template <typename T> struct Path
+{
+    double cost = 0.0;
+    QList<T *> first;
+    QList<T *> second;
+};
+
+/// The whole search; @p stepCost tells what a pair adds to the cost of a path.
+template <typename T, typename StepCost>
+double cheapest(const QList<T *> &a, const QList<T *> &b, const StepCost &stepCost, int *givenUp)
+{
+    QMultiMap<double, Path<T> *> open;
+    const auto extend = [&](const Path<T> &path, T *first, T *second) {
+        auto extended = std::make_unique<Path<T>>(path);
+        extended->cost += stepCost(path, first, second);
+        extended->first.append(first);
+        extended->second.append(second);
+        open.insert(extended->cost, extended.get()); // ahead of those of the same cost
+        extended.release();
+    };
+
+    auto path = std::make_unique<Path<T>>();
+    const auto placed = [](const QList<T *> &list) { return list.size() - list.count(nullptr); };
+    while (placed(path->first) + placed(path->second) != a.size() + b.size()) {
+        QList<T *> remaining = b;
+        for (T *used : std::as_const(path->second))
+            remaining.removeOne(used);
+
+        T *next = path->first.size() < a.size() ? a.at(path->first.size()) : nullptr;
+        for (T *partner : std::as_const(remaining))
+            extend(*path, next, partner);
+        if (next)
+            extend(*path, next, nullptr);
+
+        for (; open.size() > mostOpenPaths; ++*givenUp) {
+            delete open.last();
+            open.erase(std::prev(open.end()));
+        }
+        path.reset(open.take(open.firstKey())); // the newest of that cost
+    }
+    qDeleteAll(open);
+    return path->cost;
+}
+
+double length(const QPointF &vector)
+{
+    return std::sqrt(vector.x() * vector.x() + vector.y() * vector.y());
+}
+
+/// The angle between two directions, 0 to pi.
+double angleBetween(double a, double b)
+{
+    double angle = a - b;
+    angle -= 2.0 * pi * std::floor(angle / (2.0 * pi));
+    return angle > pi ? 2.0 * pi - angle : angle;
+}
+
+double organStep(const Organ *a, const Organ *b)
+{
+    if (!a || !b)
+        return insertDeleteOrgan;
+    double cost = moveOrgan * length(b->pos() - a->pos());
+    const auto *spotA = dynamic_cast<const SpotOrgan *>(a);
+    const auto *spotB = dynamic_cast<const SpotOrgan *>(b);
+    const auto *lineA = dynamic_cast<const LineOrgan *>(a);
+    const auto *lineB = dynamic_cast<const LineOrgan *>(b);
+    if (spotA && spotB) {
+        cost += changeSpotOrganRotation / pi * angleBetween(spotA->rot(), spotB->rot());
+        if (spotA->type()->id() != spotB->type()->id())
+            cost += changeSpotOrganType;
+    } else if (lineA && lineB) {
+        cost += moveLineOrganEnd * length(lineB->end1() - lineA->end1());
+        cost += moveLineOrganEnd * length(lineB->end2() - lineA->end2());
+    } else {
+        cost += changeSpotLineOrganType;
+    }
+    return cost;
+}
+
+double organsCost(const Region *a, const Region *b, int *givenUp)
+{
+    return cheapest<Organ>(
+        a->organs(), b->organs(),
+        [](const Path<Organ> &, const Organ *first, const Organ *second) {
+            return organStep(first, second);
+        },
+        givenUp);
+}
+
+double paramsCost(const Region *a, const Region *b)
+{
+    double cost = 0.0;
+    for (int i = 0; i < std::min(a->params().size(), b->params().size()); ++i)
+        cost += changeRegionParameter *
+                std::abs(a->params().at(i)->value() - b->params().at(i)->value());
+    return cost;
+}
+
+double linkChange(const RegionsLink *linkA, const Region *a, const RegionsLink *linkB,
+                  const Region *b)
+{
+    double cost = changeLinkDistance * std::abs(linkB->totalDist() - linkA->totalDist());
+    const double turn = angleBetween(linkA->ang(a), linkB->ang(b)) / pi;
+    cost += changeLinkAngle * turn;
+    if (turn > 0.5)
+        cost += changeLinkAngleMore90Penalty;
+    return cost;
+}
+
+/// @p cost with that of each of @p links of @p region which leads to one of @p placed.
+double withLostLinks(double cost, const Region *region, const QList<RegionsLink *> &links,
+                     const QList<Region *> &placed)
+{
+    for (const RegionsLink *link : links) {
+        if (placed.contains(link->otherRegion(region)))
+            cost += insertDeleteLink;
+    }
+    return cost;
+}
+
+double linksCost(const Path<Region> &path, const Region *a, const Region *b)
+{
+    double cost = 0.0;
+    QList<RegionsLink *> linksA = a->links();
+    QList<RegionsLink *> linksB = b->links();
+    while (!linksA.isEmpty() && !linksB.isEmpty()) {
+        const RegionsLink *link = linksA.takeFirst();
+        const qsizetype pair = path.first.indexOf(link->otherRegion(a));
+        if (pair < 0)
+            continue;
+        const Region *partner = path.second.at(pair);
+        RegionsLink *counterpart = partner ? b->isLinked(partner) : nullptr;
+        if (counterpart) {
+            linksB.removeOne(counterpart);
+            cost += linkChange(link, a, counterpart, b);
+        } else {
+            cost += insertDeleteLink;
+        }
+    }
+    cost = withLostLinks(cost, a, linksA, path.first);
+    return withLostLinks(cost, b, linksB, path.second);
+}
+
+/// Of a region without partner; @p placed are the regions of its worm.
+double loneCost(const Region *region, const QList<Region *> &placed)
+{
+    const double cost =
+        insertDeleteRegion + insertDeleteOrgan * static_cast<double>(region->organs().size());
+    return withLostLinks(cost, region, region->links(), placed);
+}
+
+double regionStep(const Path<Region> &path, const Region *a, const Region *b, int *givenUp)
+{
+    if (!a)
+        return loneCost(b, path.second);
+    if (!b)
+        return loneCost(a, path.first);
+    return (a->type()->id() == b->type()->id() ? 0.0 : changeRegionType) + paramsCost(a, b) +
+           organsCost(a, b, givenUp) + linksCost(path, a, b);
+}
+
+} // namespace
+
+Outcome dist(const Morphology &first, const Morphology &second)
+{
+    Outcome outcome;
+    outcome.dist = cheapest<Region>(
+        first.regions(), second.regions(),
+        [&outcome](const Path<Region> &path, const Region *a, const Region *b) {
+            return regionStep(path, a, b, &outcome.givenUp);
+        },
+        &outcome.givenUp);
+    return outcome;
+}
+
+} // namespace Planaria::PlainDistance
