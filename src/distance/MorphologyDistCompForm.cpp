@@ -128,7 +128,6 @@ void MorphologyDistCompForm::clearComparison()
     compView->viewport()->update();
     compView->setAccessibleName(tr("No comparison"));
     compView->setAccessibleDescription(QString());
-    compared.clear();
 }
 
 void MorphologyDistCompForm::drawResults()

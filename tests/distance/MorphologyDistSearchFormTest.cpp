@@ -345,7 +345,7 @@ void MorphologyDistSearchFormTest::searchesAgainAfterAnAbort()
 
 void MorphologyDistSearchFormTest::abortsBetweenTwoComparisons()
 {
-    constexpr int count = 400;
+    constexpr int count = 200;
     storeLargeWorms(library.get(), count);
     OpenForm open(library->db());
     const ProgressWatcher progress;
@@ -365,7 +365,7 @@ void MorphologyDistSearchFormTest::abortsBetweenTwoComparisons()
 
 void MorphologyDistSearchFormTest::takesNoOtherCommandWhileItSearches()
 {
-    storeLargeWorms(library.get(), 400);
+    storeLargeWorms(library.get(), 200);
     QWidget parent;
     parent.show();
     OpenForm open(library->db(), &parent);

@@ -30,7 +30,7 @@ inline void storeWorms(TemporaryLibrary *library, int count)
         qFatal("cannot store worms");
 }
 
-/// Stores @p count worms of seven regions with six organs each, which take long to compare.
+/// Stores @p count worms of nine regions with eight organs each, which take long to compare.
 inline void storeLargeWorms(TemporaryLibrary *library, int count)
 {
     ExperimentFactory *vocabulary = ExperimentFactory::instance(nullptr);
@@ -39,10 +39,10 @@ inline void storeLargeWorms(TemporaryLibrary *library, int count)
         Morphology worm;
         worm.setName(QStringLiteral("Large worm %1").arg(i));
         Region *trunk = worm.addRegion(vocabulary->regionType(2));
-        for (int head = 0; head < 6; ++head)
-            trunk->addLink(worm.addRegion(vocabulary->regionType(1)), 200.0, head, 0.5);
+        for (int head = 0; head < 8; ++head)
+            trunk->addLink(worm.addRegion(vocabulary->regionType(1)), 200.0, 0.75 * head, 0.5);
         for (Region *region : worm.regions()) {
-            for (int eye = 0; eye < 6; ++eye)
+            for (int eye = 0; eye < 8; ++eye)
                 region->addSpotOrgan(vocabulary->spotOrganType(1), QPointF(eye * 7 + i, eye), 0.0);
         }
         worm.submit(library->db());
