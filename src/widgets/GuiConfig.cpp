@@ -1,0 +1,43 @@
+#include "widgets/GuiConfig.h"
+
+#include <QColor>
+
+namespace Planaria {
+
+const QColor &GuiConfig::organLeverColor()
+{
+    static const QColor color(0, 0, 255);
+    return color;
+}
+
+const QColor &GuiConfig::regionLeverColor()
+{
+    static const QColor color(255, 0, 0);
+    return color;
+}
+
+const QColor &GuiConfig::linkLeverColor()
+{
+    static const QColor color(0, 255, 0);
+    return color;
+}
+
+const QColor &GuiConfig::graphLinkColor()
+{
+    static const QColor color(Qt::darkRed);
+    return color;
+}
+
+const QColor &GuiConfig::MGLineOrganEndColor()
+{
+    static const QColor color(Qt::darkYellow);
+    return color;
+}
+
+const QColor &GuiConfig::radiationColor()
+{
+    static const QColor color(255, 254, 2, 150);
+    return color;
+}
+
+} // namespace Planaria
