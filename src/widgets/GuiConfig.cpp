@@ -34,4 +34,10 @@ const QColor &GuiConfig::MGLineOrganEndColor()
     return color;
 }
 
+const QColor &GuiConfig::radiationColor()
+{
+    static const QColor color(255, 254, 2, 150);
+    return color;
+}
+
 } // namespace Planaria

@@ -13,6 +13,7 @@ public:
     static const QColor &linkLeverColor();
     static const QColor &graphLinkColor();
     static const QColor &MGLineOrganEndColor();
+    static const QColor &radiationColor();
 };
 
 } // namespace Planaria
