@@ -1,6 +1,7 @@
 #include "widgets/GuiConfig.h"
 
 #include <QColor>
+#include <QPointF>
 
 namespace Planaria {
 
@@ -32,6 +33,18 @@ const QColor &GuiConfig::MGLineOrganEndColor()
 {
     static const QColor color(Qt::darkYellow);
     return color;
+}
+
+const QPointF &GuiConfig::actionNodeXDisp()
+{
+    static const QPointF step(50.0, 0.0);
+    return step;
+}
+
+const QPointF &GuiConfig::actionNodeYDisp()
+{
+    static const QPointF step(0.0, 75.0);
+    return step;
 }
 
 } // namespace Planaria
