@@ -199,6 +199,7 @@ private slots:
 
     void redrawsTheWormOneStepBehindADrag();
     void redrawsTheWormAfterADeletion();
+    void keepsTheEditsWhenEscapeIsPressedInTheGraph();
     void leavesTheFileUntouchedWhenItIsCancelled_data();
     void leavesTheFileUntouchedWhenItIsCancelled();
     void writesNothingWhenItIsAccepted();
@@ -681,13 +682,22 @@ void MorphologyFormTest::redrawsTheWormAfterADeletion()
     QCOMPARE(shownOutlines(open.drawing()), outlines(*worm));
 }
 
+void MorphologyFormTest::keepsTheEditsWhenEscapeIsPressedInTheGraph()
+{
+    OpenForm open(worm.get(), library->db());
+    QTest::keyClick(open.graph(), Qt::Key_Escape);
+    QVERIFY(open.form.isVisible());
+    QTest::keyClick(open.drawing(), Qt::Key_Escape);
+    QVERIFY(open.form.isHidden());
+}
+
 void MorphologyFormTest::leavesTheFileUntouchedWhenItIsCancelled_data()
 {
     using Way = std::function<void(OpenForm *)>;
     QTest::addColumn<Way>("giveUp");
     QTest::newRow("Cancel") << Way([](OpenForm *open) { open->press(QDialogButtonBox::Cancel); });
     QTest::newRow("Escape") << Way(
-        [](OpenForm *open) { QTest::keyClick(open->graph(), Qt::Key_Escape); });
+        [](OpenForm *open) { QTest::keyClick(open->nameEdit(), Qt::Key_Escape); });
     QTest::newRow("window closed") << Way([](OpenForm *open) { open->form.close(); });
 }
 
