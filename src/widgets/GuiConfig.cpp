@@ -35,6 +35,12 @@ const QColor &GuiConfig::MGLineOrganEndColor()
     return color;
 }
 
+const QColor &GuiConfig::radiationColor()
+{
+    static const QColor color(255, 254, 2, 150);
+    return color;
+}
+
 const QPointF &GuiConfig::actionNodeXDisp()
 {
     static const QPointF step(50.0, 0.0);

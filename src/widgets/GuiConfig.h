@@ -14,6 +14,7 @@ public:
     static const QColor &linkLeverColor();
     static const QColor &graphLinkColor();
     static const QColor &MGLineOrganEndColor();
+    static const QColor &radiationColor();
 
     // Steps from an action of a tree to its inputs, scene units: to the side for each worm that
     // comes in there, and up.

@@ -1,0 +1,59 @@
+#include "manipulation/ManipulationView.h"
+
+#include "manipulation/ManipulationItem.h"
+#include "model/Manipulation.h"
+
+#include <QGraphicsScene>
+
+namespace Planaria {
+
+ManipulationView::ManipulationView(QWidget *parent) : ZoomGraphicsView(parent, true, true)
+{
+    clear();
+}
+
+void ManipulationView::setManipulation(Manipulation *manipulation)
+{
+    clearScene();
+    manipulation_ = manipulation;
+    drawManipulation();
+    fitView();
+}
+
+void ManipulationView::updateManipulation()
+{
+    if (!manipulation_)
+        return;
+    clearScene();
+    drawManipulation();
+}
+
+void ManipulationView::clear()
+{
+    clearScene();
+    manipulation_ = nullptr;
+    setAccessibleName(QStringLiteral("No manipulation"));
+}
+
+void ManipulationView::drawManipulation()
+{
+    item = new ManipulationItem(manipulation_->rootAction());
+    setupScene();
+    setAccessibleName(QStringLiteral("Drawing of manipulation %1").arg(manipulation_->name()));
+}
+
+void ManipulationView::setupScene()
+{
+    scene()->addItem(item);
+    updatePointItem();
+}
+
+void ManipulationView::clearScene()
+{
+    scene()->clear();
+    item = nullptr;
+}
+
+void ManipulationView::updatePointItem() {}
+
+} // namespace Planaria
