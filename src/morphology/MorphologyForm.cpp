@@ -26,7 +26,35 @@
 namespace Planaria {
 
 namespace {
+
 constexpr auto showAllKey = "MorphologyForm/showAllParameters";
+
+std::unique_ptr<Morphology> run(std::unique_ptr<Morphology> morphology, DB *db, QWidget *parent)
+{
+    MorphologyForm form(morphology.get(), db, parent);
+    if (form.exec() != QDialog::Accepted)
+        return nullptr;
+    morphology->submit(db);
+    return morphology;
+}
+
+} // namespace
+
+std::unique_ptr<Morphology> MorphologyForm::edit(const Morphology &stored, DB *db, QWidget *parent)
+{
+    return run(std::make_unique<Morphology>(stored, true), db, parent);
+}
+
+std::unique_ptr<Morphology> MorphologyForm::copy(const Morphology &source, DB *db, QWidget *parent)
+{
+    auto morphology = std::make_unique<Morphology>(source, false);
+    morphology->setName(morphology->name() + QStringLiteral(" - copy"));
+    return run(std::move(morphology), db, parent);
+}
+
+std::unique_ptr<Morphology> MorphologyForm::create(DB *db, QWidget *parent)
+{
+    return run(std::make_unique<Morphology>(), db, parent);
 }
 
 MorphologyForm::MorphologyForm(Morphology *edited, DB *database, QWidget *parent)

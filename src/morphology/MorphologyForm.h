@@ -3,6 +3,8 @@
 #include <QDialog>
 #include <QString>
 
+#include <memory>
+
 class QAction;
 class QHBoxLayout;
 class QLineEdit;
@@ -31,6 +33,15 @@ public:
     ~MorphologyForm() override;
 
     [[nodiscard]] Morphology *getMorphology() const { return morphology; }
+
+    // Each runs the form on a new object and, where the user accepts, writes it to the file. Null
+    // where the user gives up.
+
+    /// Edits a copy of @p stored that stands for the same row.
+    static std::unique_ptr<Morphology> edit(const Morphology &stored, DB *db, QWidget *parent);
+    /// Starts from the content of @p source, under a name of its own.
+    static std::unique_ptr<Morphology> copy(const Morphology &source, DB *db, QWidget *parent);
+    static std::unique_ptr<Morphology> create(DB *db, QWidget *parent);
 
 public slots:
     void nameChanged();

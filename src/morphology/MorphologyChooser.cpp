@@ -1,0 +1,138 @@
+#include "morphology/MorphologyChooser.h"
+
+#include "db/DB.h"
+#include "model/Morphology.h"
+#include "morphology/MorphologyForm.h"
+#include "morphology/MorphologyView.h"
+
+#include <QComboBox>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QVBoxLayout>
+
+namespace Planaria {
+
+MorphologyChooser::MorphologyChooser(const QString &role, DB *database, QWidget *parent)
+    : QWidget(parent), db(database), comboBox(new QComboBox(this))
+{
+    comboBox->setAccessibleName(role);
+    comboBox->setAccessibleDescription(role); // where the choice counts as the name
+    // A long name in the list does not widen the window.
+    comboBox->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    comboBox->setMinimumContentsLength(12);
+    connect(comboBox, &QComboBox::currentIndexChanged, this, [this](int row) {
+        if (!updatingModel)
+            emit rowChosen(row);
+    });
+
+    auto *buttons = new QHBoxLayout;
+    const auto addButton = [&](const QString &text, void (MorphologyChooser::*signal)()) {
+        auto *button = new QPushButton(text, this);
+        button->setAccessibleDescription(role);
+        button->setAutoDefault(false); // Enter in the list is for the form
+        connect(button, &QPushButton::clicked, this, signal);
+        buttons->addWidget(button);
+        return button;
+    };
+    editButton = addButton(tr("Edit"), &MorphologyChooser::editClicked);
+    copyButton = addButton(tr("Copy"), &MorphologyChooser::copyClicked);
+    addButton(tr("New"), &MorphologyChooser::newClicked);
+    editButton->setEnabled(false);
+    copyButton->setEnabled(false);
+
+    view = new MorphologyView(this);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(comboBox);
+    layout->addLayout(buttons);
+    layout->addWidget(view, 1);
+}
+
+MorphologyChooser::~MorphologyChooser()
+{
+    view->clear();
+}
+
+void MorphologyChooser::setModel(QSqlQueryModel *morphologies)
+{
+    model = morphologies;
+    {
+        const QScopedValueRollback guard(updatingModel, true);
+        comboBox->setModel(model);
+        comboBox->setModelColumn(1);
+    }
+    connect(model, &QSqlQueryModel::modelAboutToBeReset, this, [this] { updatingModel = true; });
+    connect(model, &QSqlQueryModel::modelReset, this, [this] {
+        keepRow();
+        updatingModel = false;
+    });
+    connect(model, &QSqlQueryModel::rowsInserted, this, &MorphologyChooser::keepRow);
+    emit rowChosen(comboBox->currentIndex());
+}
+
+void MorphologyChooser::chooseRow(int row)
+{
+    comboBox->setCurrentIndex(row);
+}
+
+void MorphologyChooser::keepRow()
+{
+    setRow(shown ? DB::getModelIdRow(model, shown->id()) : -1);
+}
+
+void MorphologyChooser::setRow(int row)
+{
+    const QScopedValueRollback guard(updatingModel, true);
+    comboBox->setCurrentIndex(row);
+}
+
+void MorphologyChooser::show(std::unique_ptr<Morphology> morphology)
+{
+    view->setMorphology(morphology.get());
+    shown = std::move(morphology);
+    editButton->setEnabled(true);
+    copyButton->setEnabled(true);
+}
+
+bool MorphologyChooser::showRow(int row)
+{
+    if (row == -1)
+        return false;
+    const int id = model->data(model->index(row, 0)).toInt();
+    if (shown && shown->id() == id)
+        return false;
+    show(std::make_unique<Morphology>(id, db, false));
+    return true;
+}
+
+// --- Editing ---
+
+bool MorphologyChooser::edit()
+{
+    const int row = comboBox->currentIndex();
+    if (!shown || !takeOver(MorphologyForm::edit(*shown, db, window())))
+        return false;
+    setRow(row);
+    return true;
+}
+
+bool MorphologyChooser::copy()
+{
+    return shown && takeOver(MorphologyForm::copy(*shown, db, window()));
+}
+
+bool MorphologyChooser::create()
+{
+    return takeOver(MorphologyForm::create(db, window()));
+}
+
+bool MorphologyChooser::takeOver(std::unique_ptr<Morphology> stored)
+{
+    if (!stored)
+        return false;
+    show(std::move(stored));
+    db->updateModel(model);
+    return true;
+}
+
+} // namespace Planaria

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+
+class QComboBox;
+class QPushButton;
+class QSqlQueryModel;
+
+namespace Planaria {
+
+class DB;
+class Morphology;
+class MorphologyView;
+
+/// A choice of one stored morphology: a list of names, buttons to edit, copy and make one, and the
+/// drawing. The form around it hears of the user's wishes and says which of them come true.
+///
+/// Several choosers may share a model. When it is read anew, each keeps to the morphology that it
+/// shows, and says nothing.
+class MorphologyChooser final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// @param role what the morphology is for, in words that tell it from others in the form
+    MorphologyChooser(const QString &role, DB *database, QWidget *parent);
+    ~MorphologyChooser() override;
+
+    /// Lists the names in column 1 of @p morphologies, which has the ids in column 0 and must
+    /// outlive the chooser, and chooses the first.
+    void setModel(QSqlQueryModel *morphologies);
+    /// Chooses as the user does.
+    void chooseRow(int row);
+
+    /// What is shown; null before the first.
+    [[nodiscard]] const Morphology *morphology() const { return shown.get(); }
+
+    // These tell whether another morphology, or another state of it, is shown after them.
+
+    /// Loads the morphology of @p row, unless it is the one that is shown or there is none.
+    bool showRow(int row);
+    /// Lets the user edit what is shown, and stores it. The list stays at its row, whatever the
+    /// name has become.
+    bool edit();
+    /// Lets the user edit a copy of what is shown, and stores and chooses it.
+    bool copy();
+    /// The same with a new morphology.
+    bool create();
+
+signals:
+    void rowChosen(int row);
+    void editClicked();
+    void copyClicked();
+    void newClicked();
+
+private:
+    void show(std::unique_ptr<Morphology> morphology);
+    /// Shows what was stored, if there is something, and reads the list anew.
+    bool takeOver(std::unique_ptr<Morphology> stored);
+    /// Moves the list to what is shown.
+    void keepRow();
+    /// Moves the list, and says nothing.
+    void setRow(int row);
+
+    DB *db;
+    QSqlQueryModel *model = nullptr;
+    QComboBox *comboBox;
+    QPushButton *editButton = nullptr; // off until there is something to edit
+    QPushButton *copyButton = nullptr; // the same
+    MorphologyView *view = nullptr;
+    std::unique_ptr<Morphology> shown;
+    bool updatingModel = false; // the list moves, and not at the user's hand
+};
+
+} // namespace Planaria
