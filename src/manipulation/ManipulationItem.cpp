@@ -1,6 +1,7 @@
 #include "manipulation/ManipulationItem.h"
 
 #include "manipulation/ClipPathItem.h"
+#include "manipulation/DrawableArea.h"
 #include "model/Angles.h"
 #include "model/CropAction.h"
 #include "model/IrradiationAction.h"
@@ -17,20 +18,6 @@
 #include <QPen>
 
 namespace Planaria {
-
-namespace {
-
-QPainterPath areaPath(const AreaAction *action)
-{
-    QPolygonF polygon = action->calcAreaVector();
-    for (QPointF &point : polygon)
-        point = Drawable::point(point);
-    QPainterPath path;
-    path.addPolygon(polygon); // taken as closed wherever it is used
-    return path;
-}
-
-} // namespace
 
 ManipulationItem::ManipulationItem(const ManipulationAction *action, QGraphicsItem *parent)
     : QGraphicsItem(parent)
@@ -71,13 +58,13 @@ QGraphicsItem *ManipulationItem::buildItem(const ManipulationAction *action)
 QGraphicsItem *ManipulationItem::buildRemoveItem(const AreaAction *action)
 {
     QGraphicsItem *child = buildItem(action->fromAction());
-    return new ClipPathItem(child->shape().subtracted(areaPath(action)), child, this);
+    return new ClipPathItem(child->shape().subtracted(Drawable::areaPath(*action)), child, this);
 }
 
 QGraphicsItem *ManipulationItem::buildCropItem(const AreaAction *action)
 {
     QGraphicsItem *child = buildItem(action->fromAction());
-    return new ClipPathItem(child->shape().intersected(areaPath(action)), child, this);
+    return new ClipPathItem(child->shape().intersected(Drawable::areaPath(*action)), child, this);
 }
 
 QGraphicsItem *ManipulationItem::buildJoinItem(const JoinAction *action)
@@ -92,7 +79,8 @@ QGraphicsItem *ManipulationItem::buildJoinItem(const JoinAction *action)
 QGraphicsItem *ManipulationItem::buildIrradiationItem(const AreaAction *action)
 {
     QGraphicsItem *child = buildItem(action->fromAction());
-    auto *mark = new QGraphicsPathItem(areaPath(action).intersected(child->shape()), this);
+    auto *mark =
+        new QGraphicsPathItem(Drawable::areaPath(*action).intersected(child->shape()), this);
     mark->setPen(Qt::NoPen);
     mark->setBrush(GuiConfig::radiationColor());
     return grouped(child, mark);

@@ -5,6 +5,12 @@
 
 namespace Planaria {
 
+const QColor &GuiConfig::cropAreaPointColor()
+{
+    static const QColor color(255, 255, 0);
+    return color;
+}
+
 const QColor &GuiConfig::organLeverColor()
 {
     static const QColor color(0, 0, 255);

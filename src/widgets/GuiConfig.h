@@ -9,6 +9,7 @@ namespace Planaria {
 class GuiConfig final
 {
 public:
+    static const QColor &cropAreaPointColor();
     static const QColor &organLeverColor();
     static const QColor &regionLeverColor();
     static const QColor &linkLeverColor();

@@ -30,6 +30,8 @@ void GuiConfigTest::colorsStandForTheSameThingEverywhere_data()
     QTest::addColumn<Color>("color");
     QTest::addColumn<Rgba>("rgba");
 
+    QTest::newRow("corner of an area")
+        << Color(GuiConfig::cropAreaPointColor) << Rgba{255, 255, 0, 255};
     QTest::newRow("region lever") << Color(GuiConfig::regionLeverColor) << Rgba{255, 0, 0, 255};
     QTest::newRow("link lever") << Color(GuiConfig::linkLeverColor) << Rgba{0, 255, 0, 255};
     QTest::newRow("organ lever") << Color(GuiConfig::organLeverColor) << Rgba{0, 0, 255, 255};
