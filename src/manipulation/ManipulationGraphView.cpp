@@ -2,6 +2,7 @@
 
 #include "db/ExperimentFactory.h"
 #include "manipulation/EDGAction.h"
+#include "manipulation/StartSquare.h"
 #include "model/CropAction.h"
 #include "model/IrradiationAction.h"
 #include "model/JoinAction.h"
@@ -150,9 +151,7 @@ void ManipulationGraphView::addAreaAction(Action *(Manipulation::*addBehind)(Man
     if (!selected)
         return;
     Action *added = (manipulation->*addBehind)(selected->action());
-    for (const QPointF &corner :
-         {QPointF(50.0, 50.0), QPointF(-50.0, 50.0), QPointF(-50.0, -50.0), QPointF(50.0, -50.0)})
-        added->addAreaPoint(corner, -1);
+    addStartSquare(added);
     showAdded(added);
 }
 

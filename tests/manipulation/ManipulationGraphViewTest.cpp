@@ -2,6 +2,7 @@
 
 #include "db/ExperimentFactory.h"
 #include "manipulation/EDGAction.h"
+#include "manipulation/Pointer.h"
 #include "model/CropAction.h"
 #include "model/IrradiationAction.h"
 #include "model/JoinAction.h"
@@ -16,16 +17,13 @@
 #include "support/TestData.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QDialog>
 #include <QGraphicsLineItem>
 #include <QGraphicsScene>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
 using namespace Planaria;
 
@@ -118,10 +116,19 @@ private:
     /// Label, place, and "red" for a red outline; from the bottom to the top, from left to right.
     QStringList nodes() const;
     QStringList links() const;
-    QPoint placeOf(ManipulationAction *action) const;
+    QPoint placeOf(ManipulationAction *action) const
+    {
+        return pointer().placeOf(view->node(action)->pos());
+    }
     void click(ManipulationAction *action, Qt::KeyboardModifiers keys = Qt::NoModifier);
-    /// The texts of the menu that a right click at @p place opens; then chooses @p command.
-    QStringList menuAt(const QPoint &place, const QString &command = {});
+    /// A place without nodes.
+    QPointF nowhere() const { return view->mapToScene(QPoint(5, 5)); }
+    /// What the menu on the node of @p action offers; then chooses @p command.
+    QStringList menuOn(ManipulationAction *action, const QString &command = {}) const
+    {
+        return pointer().menuAt(view->node(action)->pos(), command);
+    }
+    Pointer pointer() const { return Pointer(view.get()); }
     void choose(ManipulationAction *action, const QString &command);
     QString label(ManipulationAction *action) const;
     void expectPlaces(ManipulationAction *action);
@@ -184,48 +191,16 @@ QStringList ManipulationGraphViewTest::links() const
     return texts;
 }
 
-QPoint ManipulationGraphViewTest::placeOf(ManipulationAction *action) const
-{
-    return view->mapFromScene(view->node(action)->pos());
-}
-
 void ManipulationGraphViewTest::click(ManipulationAction *action, Qt::KeyboardModifiers keys)
 {
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, keys, placeOf(action));
-}
-
-QStringList ManipulationGraphViewTest::menuAt(const QPoint &place, const QString &command)
-{
-    QStringList texts;
-    QTimer timer;
-    connect(&timer, &QTimer::timeout, this, [&] {
-        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-        if (!menu)
-            return;
-        timer.stop();
-        QAction *chosen = nullptr;
-        for (QAction *action : menu->actions()) {
-            texts += action->text();
-            if (action->text() == command)
-                chosen = action;
-        }
-        if (chosen)
-            QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(chosen).center());
-        else
-            menu->close();
-    });
-    timer.start(1);
-    // By way of the window, which turns the press into a request for a menu.
-    QTest::mouseClick(view->windowHandle(), Qt::RightButton, {},
-                      view->viewport()->mapTo(view->window(), place));
-    return texts;
+    pointer().click(view->node(action)->pos(), keys);
 }
 
 void ManipulationGraphViewTest::choose(ManipulationAction *action, const QString &command)
 {
     click(action);
     log.clear();
-    QVERIFY(menuAt(placeOf(action), command).contains(command));
+    QVERIFY(menuOn(action, command).contains(command));
 }
 
 // --- What is shown ---
@@ -415,10 +390,10 @@ void ManipulationGraphViewTest::expectPlaces(ManipulationAction *action)
 
 void ManipulationGraphViewTest::offersOnlySavingWithoutASelection()
 {
-    QCOMPARE(menuAt(QPoint(5, 5)), QStringList("Save image..."));
+    QCOMPARE(pointer().menuAt(nowhere()), QStringList("Save image..."));
     click(root());
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
-    QCOMPARE(menuAt(QPoint(5, 5)), QStringList("Save image..."));
+    pointer().click(nowhere());
+    QCOMPARE(pointer().menuAt(nowhere()), QStringList("Save image..."));
 }
 
 void ManipulationGraphViewTest::offersAllAdditionsOnEachKindOfNode_data()
@@ -432,7 +407,7 @@ void ManipulationGraphViewTest::offersAllAdditionsOnEachKindOfNode()
     ManipulationAction *action = add(manipulation.get());
     view->setManipulation(manipulation.get());
     click(action);
-    QCOMPARE(menuAt(placeOf(action)), oneNodeMenu);
+    QCOMPARE(menuOn(action), oneNodeMenu);
 }
 
 void ManipulationGraphViewTest::offersOnlyDeletionOfSeveralNodes()
@@ -441,9 +416,9 @@ void ManipulationGraphViewTest::offersOnlyDeletionOfSeveralNodes()
     view->setManipulation(manipulation.get());
     click(root());
     click(manipulation->actions().first(), Qt::ControlModifier);
-    QCOMPARE(menuAt(placeOf(root())), QStringList("Delete selection"));
+    QCOMPARE(menuOn(root()), QStringList("Delete selection"));
     click(root(), Qt::ControlModifier);
-    QCOMPARE(menuAt(placeOf(root())), oneNodeMenu);
+    QCOMPARE(menuOn(root()), oneNodeMenu);
 }
 
 void ManipulationGraphViewTest::commandsBearTheirIcons_data()
@@ -478,7 +453,7 @@ void ManipulationGraphViewTest::takesTheNextClickAfterAMenuWhereItIs()
     manipulation->addCropAction(root());
     view->setManipulation(manipulation.get());
     ManipulationAction *leaf = manipulation->actions().first();
-    menuAt(placeOf(leaf));
+    menuOn(leaf);
     click(root());
     QCOMPARE(view->selectedAction(), rootNode());
 }
@@ -519,7 +494,7 @@ void ManipulationGraphViewTest::tellsTheOneSelectedActionOrNone()
     QCOMPARE(log.size(), 2);
     QCOMPARE(view->selectedAction(), nullptr);
 
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+    pointer().click(nowhere());
     QCOMPARE(log.mid(2), Log("none selected"));
     QCOMPARE(view->selectedAction(), nullptr);
 }
@@ -635,7 +610,7 @@ void ManipulationGraphViewTest::deletesSeveralNodesOfWhichSomeGoAnyway()
     for (ManipulationAction *more : {cut, graft})
         click(more, Qt::ControlModifier);
     log.clear();
-    menuAt(placeOf(cut), "Delete selection");
+    menuOn(cut, "Delete selection");
     QCOMPARE(nodes(), QStringList({"Crop (0, 0) red", "Morph (0, 75)"}));
     QCOMPARE(brokenLinks(*manipulation), QStringList());
     QCOMPARE(log, Log({"none selected", "changed"}));
@@ -763,7 +738,7 @@ void ManipulationGraphViewTest::showsATreeWithoutARoot()
     manipulation->removeAndDeleteAll();
     view->setManipulation(manipulation.get());
     QVERIFY(view->scene()->items().isEmpty());
-    QCOMPARE(menuAt(QPoint(5, 5)), QStringList("Save image..."));
+    QCOMPARE(pointer().menuAt(nowhere()), QStringList("Save image..."));
 }
 
 void ManipulationGraphViewTest::showsTreesWithoutInputs_data()
