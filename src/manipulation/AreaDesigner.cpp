@@ -3,6 +3,7 @@
 #include "manipulation/AreaPoint.h"
 #include "manipulation/DrawableArea.h"
 #include "manipulation/ManipulationItem.h"
+#include "manipulation/StartSquare.h"
 
 #include <QAction>
 #include <QGraphicsScene>
@@ -14,8 +15,9 @@
 namespace Planaria {
 
 AreaDesigner::AreaDesigner(const Traits &ownTraits, QWidget *parent)
-    : DesignerView(parent), traits(ownTraits)
+    : ZoomGraphicsView(parent, true, true), traits(ownTraits)
 {
+    keepEscape();
     setDragMode(QGraphicsView::RubberBandDrag);
     setContextMenuPolicy(Qt::ActionsContextMenu);
     createItems();
@@ -151,9 +153,7 @@ void AreaDesigner::createSquare()
 {
     if (!action || !action->area().isEmpty())
         return;
-    for (const QPointF &corner :
-         {QPointF(50.0, 50.0), QPointF(-50.0, 50.0), QPointF(-50.0, -50.0), QPointF(50.0, -50.0)})
-        action->addAreaPoint(corner);
+    addStartSquare(action);
     setupScene();
     updateActions();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "manipulation/DesignerView.h"
+#include "widgets/ZoomGraphicsView.h"
 
 #include <QColor>
 #include <QList>
@@ -23,7 +23,7 @@ class ManipulationItem;
 /// All that the concrete designers have in common; they add the names under which their forms know
 /// them, and what Traits holds. The action belongs to somebody else and must stay while it is
 /// shown.
-class AreaDesigner : public DesignerView
+class AreaDesigner : public ZoomGraphicsView
 {
     Q_OBJECT
 

@@ -24,8 +24,9 @@ double radians(double degrees)
 
 } // namespace
 
-JoinDesigner::JoinDesigner(QWidget *parent) : DesignerView(parent)
+JoinDesigner::JoinDesigner(QWidget *parent) : ZoomGraphicsView(parent, true, true)
 {
+    keepEscape();
     createActions();
     connect(scene(), &QGraphicsScene::changed, this, &JoinDesigner::productChanged);
     connect(scene(), &QGraphicsScene::selectionChanged, this, &JoinDesigner::updateActions);
@@ -122,19 +123,19 @@ double JoinDesigner::angleTo(const QPoint &pos) const
 void JoinDesigner::mousePressEvent(QMouseEvent *event)
 {
     startDrag(event);
-    DesignerView::mousePressEvent(event);
+    ZoomGraphicsView::mousePressEvent(event);
 }
 
 void JoinDesigner::mouseDoubleClickEvent(QMouseEvent *event)
 {
     startDrag(event);
-    DesignerView::mouseDoubleClickEvent(event);
+    ZoomGraphicsView::mouseDoubleClickEvent(event);
 }
 
 void JoinDesigner::mouseMoveEvent(QMouseEvent *event)
 {
     if (!lastAngle) {
-        DesignerView::mouseMoveEvent(event);
+        ZoomGraphicsView::mouseMoveEvent(event);
     } else {
         const double angle = angleTo(event->pos());
         item2->setRotation(item2->rotation() + degrees(angle - *lastAngle));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "manipulation/DesignerView.h"
+#include "widgets/ZoomGraphicsView.h"
 
 #include <QList>
 #include <QRectF>
@@ -14,7 +14,7 @@ class ManipulationItem;
 
 /// Places the graft of a join: dragging it moves it, and dragging anywhere else turns it about its
 /// origin. It edits in place; the action belongs to somebody else and must stay while it is shown.
-class JoinDesigner final : public DesignerView
+class JoinDesigner final : public ZoomGraphicsView
 {
     Q_OBJECT
     Q_MOC_INCLUDE("model/JoinAction.h")

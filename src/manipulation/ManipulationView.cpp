@@ -32,14 +32,22 @@ void ManipulationView::clear()
 {
     clearScene();
     manipulation_ = nullptr;
-    setAccessibleName(QStringLiteral("No manipulation"));
+    updateAccessibleName();
 }
 
 void ManipulationView::drawManipulation()
 {
     item = new ManipulationItem(manipulation_->rootAction());
     setupScene();
-    setAccessibleName(QStringLiteral("Drawing of manipulation %1").arg(manipulation_->name()));
+    updateAccessibleName();
+}
+
+void ManipulationView::updateAccessibleName()
+{
+    setAccessibleName(
+        manipulation_
+            ? QStringLiteral("Drawing of manipulation %1").arg(manipulation_->name()).trimmed()
+            : QStringLiteral("No manipulation"));
 }
 
 void ManipulationView::setupScene()

@@ -23,6 +23,8 @@ public:
     /// Draws the product afresh after a change of the model; zoom and scroll stay as they are.
     void updateManipulation();
     void clear();
+    /// Follows a change of the manipulation's name.
+    void updateAccessibleName();
 
 private:
     void drawManipulation();

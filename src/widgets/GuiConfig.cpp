@@ -1,6 +1,7 @@
 #include "widgets/GuiConfig.h"
 
 #include <QColor>
+#include <QPointF>
 
 namespace Planaria {
 
@@ -44,6 +45,18 @@ const QColor &GuiConfig::radiationColor()
 {
     static const QColor color(255, 254, 2, 150);
     return color;
+}
+
+const QPointF &GuiConfig::actionNodeXDisp()
+{
+    static const QPointF step(50.0, 0.0);
+    return step;
+}
+
+const QPointF &GuiConfig::actionNodeYDisp()
+{
+    static const QPointF step(0.0, 75.0);
+    return step;
 }
 
 } // namespace Planaria

@@ -44,8 +44,9 @@ public:
         release(way.last());
     }
 
-    /// The entries of the menu that a right click at @p point opens, which is closed again.
-    [[nodiscard]] QStringList menuAt(const QPointF &point) const
+    /// The entries of the menu that a right click at @p point opens, from which @p command is then
+    /// chosen, or nothing.
+    QStringList menuAt(const QPointF &point, const QString &command = {}) const
     {
         QStringList texts;
         QTimer timer;
@@ -56,7 +57,7 @@ public:
             timer.stop();
             for (const QAction *action : menu->actions())
                 texts += action->text();
-            menu->close();
+            choose(menu, command);
         });
         timer.start(10);
         // By way of the window, which turns the press into a request for a menu.
@@ -66,6 +67,18 @@ public:
     }
 
 private:
+    static void choose(QMenu *menu, const QString &command)
+    {
+        for (QAction *action : menu->actions()) {
+            if (action->text() == command) {
+                QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                                  menu->actionGeometry(action).center());
+                return;
+            }
+        }
+        menu->close();
+    }
+
     QGraphicsView *view;
 };
 
