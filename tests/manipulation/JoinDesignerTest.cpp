@@ -87,6 +87,7 @@ private slots:
     void takesASecondQuickPressForAPress();
     void tellsOfAChange();
     void writesAtOnce();
+    void writesWhateverMovesTheGraft();
 
     void clearsItself();
     void showsOneActionAfterAnother();
@@ -419,6 +420,15 @@ void JoinDesignerTest::writesAtOnce()
     send(QEvent::MouseMove, origin + QPointF(25.0, 0.0));
     view->clear();
     QCOMPARE(action->vectX(), 125.0);
+}
+
+void JoinDesignerTest::writesWhateverMovesTheGraft()
+{
+    graft()->setPos(-10.0, -20.0);
+    graft()->setRotation(-90.0);
+    QTRY_VERIFY(!changes->isEmpty());
+    QCOMPARE(QPointF(action->vectX(), action->vectY()), QPointF(-10.0, -20.0));
+    QCOMPARE(action->rot(), -0.5 * pi);
 }
 
 // --- One action after another ---

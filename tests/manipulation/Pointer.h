@@ -57,12 +57,14 @@ public:
             timer.stop();
             for (const QAction *action : menu->actions())
                 texts += action->text();
+            // It takes the release of the button, of which the view hears nothing.
+            QTest::mouseRelease(menu->windowHandle(), Qt::RightButton, Qt::NoModifier, {-9, -9});
             choose(menu, command);
         });
         timer.start(10);
         // By way of the window, which turns the press into a request for a menu.
         const QPoint place = view->viewport()->mapTo(view->window(), placeOf(point));
-        QTest::mouseClick(view->window()->windowHandle(), Qt::RightButton, Qt::NoModifier, place);
+        QTest::mousePress(view->window()->windowHandle(), Qt::RightButton, Qt::NoModifier, place);
         return texts;
     }
 
