@@ -1,10 +1,14 @@
 #include "db/ExperimentFactory.h"
 
 #include "db/DB.h"
+#include "model/CropAction.h"
+#include "model/JoinAction.h"
 #include "model/LineOrganType.h"
+#include "model/Manipulation.h"
 #include "model/Morphology.h"
 #include "model/Region.h"
 #include "model/RegionType.h"
+#include "model/RemoveAction.h"
 #include "model/SpotOrganType.h"
 
 #include <algorithm>
@@ -151,6 +155,19 @@ std::unique_ptr<Morphology> ExperimentFactory::loadDefaultMorphology(DB *db)
     if (db->exist(QStringLiteral("Morphology"), QStringLiteral("Id"), 1))
         return std::make_unique<Morphology>(1, db, false);
     return createAndSaveWildMorphology(db);
+}
+
+std::unique_ptr<Manipulation> ExperimentFactory::createWildManipulation()
+{
+    auto manipulation = std::make_unique<Manipulation>(createWildMorphology().release());
+    CropAction *crop = manipulation->addCropAction(manipulation->rootAction());
+    for (const QPointF &point : {QPointF(50.0, 0.0), {0.0, 50.0}, {-50.0, 0.0}, {0.0, -50.0}})
+        crop->addAreaPoint(point);
+    JoinAction *join = manipulation->addJoinAction(crop, createWildMorphology().release());
+    manipulation->addRemoveAction(join)->addAreaPoint({50.0, 50.0});
+    for (const QPointF &point : {QPointF(0.0, 100.0), {-50.0, 50.0}, {0.0, 0.0}})
+        crop->addAreaPoint(point); // these too belong to the sample's crop
+    return manipulation;
 }
 
 void ExperimentFactory::addRandomOrgans(Region * /*region*/) {}

@@ -9,6 +9,7 @@ namespace Planaria {
 
 class DB;
 class LineOrganType;
+class Manipulation;
 class Morphology;
 class Region;
 class RegionType;
@@ -51,6 +52,8 @@ public:
     std::unique_ptr<Morphology> createAndSaveWildMorphology(DB *db);
     /// The worm to start from: row 1, whatever its name has become, or a new wild type.
     std::unique_ptr<Morphology> loadDefaultMorphology(DB *db);
+    /// A new manipulation to look at: a crop, a graft and a cut on wild types.
+    std::unique_ptr<Manipulation> createWildManipulation();
     /// Kept empty.
     void addRandomOrgans(Region *region);
 

@@ -3,19 +3,14 @@
 #include "morphology/MGLink.h"
 #include "morphology/MorphoGraphView.h"
 
-#include <QPainter>
-#include <QStyleOption>
-
 namespace Planaria {
 
 MGNode::MGNode(MorphoGraphView *graphView, double radius, MGNode *parent)
-    : QGraphicsItem(parent), view_(graphView),
-      boundingRect_(-radius - 0.5, -radius - 0.5, 2.0 * radius + 1.0, 2.0 * radius + 1.0),
-      ellipseRect(-radius, -radius, 2.0 * radius, 2.0 * radius),
-      textRect(2.5 - radius, 2.5 - radius, 2.0 * radius - 5.0, 2.0 * radius - 5.0)
+    : CircleNode(radius, parent), view_(graphView)
 {
     setFlags(ItemIsMovable | ItemIsSelectable | ItemIsFocusable | ItemSendsGeometryChanges);
     setZValue(0.0);
+    setTextColor(Qt::black);
 }
 
 MGNode::~MGNode()
@@ -28,31 +23,6 @@ MGNode::~MGNode()
 MorphoGraphView *MGNode::view() const
 {
     return view_;
-}
-
-void MGNode::setText(const QString &text)
-{
-    prepareGeometryChange();
-    text_ = text;
-    update();
-}
-
-void MGNode::setTextColor(const QColor &color)
-{
-    textColor = color;
-    update();
-}
-
-void MGNode::setOutlineColor(const QColor &color)
-{
-    outlineColor = color;
-    update();
-}
-
-void MGNode::setBackgroundColor(const QColor &color)
-{
-    backgroundColor = color;
-    update();
 }
 
 void MGNode::addLink(MGLink *link)
@@ -69,32 +39,6 @@ void MGNode::updateLinks()
 {
     for (MGLink *link : std::as_const(links_))
         link->updateLinkLine();
-}
-
-QPainterPath MGNode::shape() const
-{
-    QPainterPath path;
-    path.addEllipse(ellipseRect);
-    return path;
-}
-
-void MGNode::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget * /*widget*/)
-{
-    painter->scale(1.0, -1.0); // the view shows +y upwards, and text has to stand upright
-    QPen pen(outlineColor, 1.0);
-    if (option->state & QStyle::State_Selected) {
-        pen.setStyle(Qt::DotLine);
-        pen.setWidth(2);
-    }
-    painter->setPen(pen);
-    painter->setBrush(backgroundColor);
-    painter->drawEllipse(ellipseRect);
-
-    QFont font = painter->font();
-    font.setPixelSize(fontPixelSize);
-    painter->setFont(font);
-    painter->setPen(textColor);
-    painter->drawText(textRect, Qt::AlignHCenter | Qt::AlignVCenter, text_);
 }
 
 void MGNode::focusInEvent(QFocusEvent *event)

@@ -20,7 +20,6 @@
 #include <QAction>
 #include <QGraphicsScene>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -74,6 +73,7 @@ void MorphoGraphView::initWidget()
     spotOrganTypes = factory->spotOrganTypes;
     lineOrganTypes = factory->lineOrganTypes;
 
+    keepEscape();
     setDragMode(QGraphicsView::RubberBandDrag);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this, &MorphoGraphView::contextMenuCalled);
@@ -150,11 +150,6 @@ void MorphoGraphView::contextMenuCalled(const QPoint &pos)
 {
     if (!morphology_)
         return;
-    // The menu takes the release of the button; without one, the next press would still go to the
-    // item under this one, or go on with its rubber band.
-    QMouseEvent release(QEvent::MouseButtonRelease, pos, mapToGlobal(pos), Qt::RightButton,
-                        Qt::NoButton, Qt::NoModifier);
-    ZoomGraphicsView::mouseReleaseEvent(&release);
     contextMenu->clear();
     fillContextMenu();
     contextMenu->popup(mapToGlobal(pos));
@@ -573,12 +568,6 @@ void MorphoGraphView::updateOrgansVis()
         organsOpacity -= 0.1;
         fadeTimer.start();
     }
-}
-
-void MorphoGraphView::keyPressEvent(QKeyEvent *event)
-{
-    ZoomGraphicsView::keyPressEvent(event);
-    event->accept();
 }
 
 void MorphoGraphView::mouseReleaseEvent(QMouseEvent *event)

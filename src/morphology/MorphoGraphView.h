@@ -90,8 +90,6 @@ public slots:
 
 protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
-    /// Escape in the midst of a drag must not throw away the worm with its dialog.
-    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     using Command = void (MorphoGraphView::*)();

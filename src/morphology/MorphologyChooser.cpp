@@ -86,12 +86,33 @@ void MorphologyChooser::setRow(int row)
     comboBox->setCurrentIndex(row);
 }
 
+void MorphologyChooser::setMorphology(Morphology *morphology)
+{
+    show(morphology);
+    owned.reset();
+    keepRow();
+}
+
+void MorphologyChooser::clearView()
+{
+    view->clear();
+}
+
 void MorphologyChooser::show(std::unique_ptr<Morphology> morphology)
 {
-    view->setMorphology(morphology.get());
-    shown = std::move(morphology);
-    editButton->setEnabled(true);
-    copyButton->setEnabled(true);
+    show(morphology.get());
+    owned = std::move(morphology);
+}
+
+void MorphologyChooser::show(Morphology *morphology)
+{
+    shown = morphology;
+    if (shown)
+        view->setMorphology(shown);
+    else
+        view->clear();
+    editButton->setEnabled(shown);
+    copyButton->setEnabled(shown);
 }
 
 bool MorphologyChooser::showRow(int row)

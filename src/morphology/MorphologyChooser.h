@@ -35,7 +35,17 @@ public:
     void chooseRow(int row);
 
     /// What is shown; null before the first.
-    [[nodiscard]] const Morphology *morphology() const { return shown.get(); }
+    [[nodiscard]] const Morphology *morphology() const { return shown; }
+    /// Shows a morphology that belongs to somebody else and stays while it is shown, and moves the
+    /// list to it; null for none. Says nothing.
+    void setMorphology(Morphology *morphology);
+    /// Hands what is shown over to the caller, and goes on showing it. Null where it belongs to
+    /// somebody else already.
+    [[nodiscard]] std::unique_ptr<Morphology> release() { return std::move(owned); }
+    /// Takes the drawing away; the choice stays.
+    void clearView();
+    /// Moves the list to what is shown, and says nothing.
+    void keepRow();
 
     // These tell whether another morphology, or another state of it, is shown after them.
 
@@ -57,10 +67,9 @@ signals:
 
 private:
     void show(std::unique_ptr<Morphology> morphology);
+    void show(Morphology *morphology);
     /// Shows what was stored, if there is something, and reads the list anew.
     bool takeOver(std::unique_ptr<Morphology> stored);
-    /// Moves the list to what is shown.
-    void keepRow();
     /// Moves the list, and says nothing.
     void setRow(int row);
 
@@ -70,8 +79,9 @@ private:
     QPushButton *editButton = nullptr; // off until there is something to edit
     QPushButton *copyButton = nullptr; // the same
     MorphologyView *view = nullptr;
-    std::unique_ptr<Morphology> shown;
-    bool updatingModel = false; // the list moves, and not at the user's hand
+    Morphology *shown = nullptr;
+    std::unique_ptr<Morphology> owned; // what is shown, unless it belongs to somebody else
+    bool updatingModel = false;        // the list moves, and not at the user's hand
 };
 
 } // namespace Planaria

@@ -6,6 +6,8 @@
 #include "morphology/MorphoGraphView.h"
 #include "morphology/MorphologyImageWidget.h"
 #include "morphology/MorphologyView.h"
+#include "widgets/NameCheck.h"
+#include "widgets/NameRow.h"
 #include "widgets/WindowSettings.h"
 
 #include <QAction>
@@ -13,7 +15,6 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -79,27 +80,17 @@ void MorphologyForm::createWidgets()
     if (stored)
         originalName = morphology->name();
 
+    auto *nameRow = new NameRow(morphology->name(), this);
+    nameEdit = nameRow->edit();
+    connect(nameEdit, &QLineEdit::editingFinished, this, &MorphologyForm::nameChanged);
+
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(createNameRow());
+    layout->addWidget(nameRow);
     layout->addSpacing(10);
     layout->addWidget(createMiddle(), 1);
     layout->addSpacing(10);
     layout->addWidget(createButtonRow());
     layout->setMenuBar(createMenuBar());
-}
-
-QWidget *MorphologyForm::createNameRow()
-{
-    auto *row = new QWidget(this);
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto *label = new QLabel(tr("Name:"), row);
-    nameEdit = new QLineEdit(morphology->name(), row);
-    label->setBuddy(nameEdit);
-    connect(nameEdit, &QLineEdit::editingFinished, this, &MorphologyForm::nameChanged);
-    layout->addWidget(label);
-    layout->addWidget(nameEdit);
-    return row;
 }
 
 QWidget *MorphologyForm::createMiddle()
@@ -172,26 +163,16 @@ void MorphologyForm::formAccepted()
 {
     nameChanged(); // a key that presses Ok leaves the focus, and the text, in the line edit
 
-    const QString &name = morphology->name();
-    if (name.isEmpty()) {
-        refuseName(tr("Name is empty"), tr("The name of a morphology cannot be left blank. "
-                                           "Please, specify a name for the morphology."));
-        return;
-    }
-    const bool keepsName = morphology->id() != 0 && name == originalName;
-    if (!keepsName && db->exist(QStringLiteral("Morphology"), QStringLiteral("Name"), name)) {
-        refuseName(tr("Morphology with same name found"),
-                   tr("The database already contains a morphology with the same name. Please, "
-                      "specify a different name for this morphology."));
-        return;
-    }
-    accept();
-}
-
-void MorphologyForm::refuseName(const QString &title, const QString &text)
-{
-    QMessageBox::warning(this, title, text);
-    nameEdit->setFocus();
+    const NameCheck check{
+        QStringLiteral("Morphology"),
+        QStringLiteral("Name"),
+        {tr("Name is empty"), tr("The name of a morphology cannot be left blank. Please, specify a "
+                                 "name for the morphology.")},
+        {tr("Morphology with same name found"),
+         tr("The database already contains a morphology with the same name. Please, specify a "
+            "different name for this morphology.")}};
+    if (check.passes(nameEdit, originalName, db))
+        accept();
 }
 
 // --- Pictures ---

@@ -51,13 +51,10 @@ public slots:
 
 private:
     void createWidgets();
-    QWidget *createNameRow();
     QWidget *createMiddle();
     QWidget *createButtonRow();
     QMenuBar *createMenuBar();
     void addImageWidget(MorphologyImage *image);
-    /// Warns and leads back to the name.
-    void refuseName(const QString &title, const QString &text);
     void readSettings();
     void writeSettings() const;
 

@@ -57,6 +57,19 @@ void ZoomGraphicsView::saveImage()
     ImageSaver::saveScene(*scene(), flipY, parentWidget());
 }
 
+bool ZoomGraphicsView::viewportEvent(QEvent *event)
+{
+    // A menu takes the release of the button; without one, the next press would still go to the
+    // item under this one, or go on with its rubber band.
+    if (event->type() == QEvent::ContextMenu) {
+        const auto *menu = static_cast<QContextMenuEvent *>(event);
+        QMouseEvent release(QEvent::MouseButtonRelease, menu->pos(), menu->globalPos(),
+                            Qt::RightButton, Qt::NoButton, Qt::NoModifier);
+        QGraphicsView::mouseReleaseEvent(&release);
+    }
+    return QGraphicsView::viewportEvent(event);
+}
+
 void ZoomGraphicsView::wheelEvent(QWheelEvent *event)
 {
     if (!zooming) {
@@ -75,15 +88,20 @@ void ZoomGraphicsView::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Control)
         zooming = true;
-    // No key is for the scene's items, nor Enter for a dialog's button; Escape closes the dialog.
-    event->setAccepted(event->key() != Qt::Key_Escape);
+    acceptKey(event);
 }
 
 void ZoomGraphicsView::keyReleaseEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Control)
         zooming = false;
-    event->setAccepted(event->key() != Qt::Key_Escape);
+    acceptKey(event);
+}
+
+void ZoomGraphicsView::acceptKey(QKeyEvent *event) const
+{
+    // No key is for the scene's items, nor Enter for a dialog's button; Escape closes the dialog.
+    event->setAccepted(escapeKept || event->key() != Qt::Key_Escape);
 }
 
 void ZoomGraphicsView::focusOutEvent(QFocusEvent *event)

@@ -28,6 +28,10 @@ public slots:
     void saveImage();
 
 protected:
+    /// For editors: Escape in the midst of a drag must not throw away the edits with their dialog.
+    void keepEscape() { escapeKept = true; }
+
+    bool viewportEvent(QEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
@@ -38,9 +42,12 @@ protected:
 
 private:
     void resetZoom();
+    /// Accepts the keys that are for nobody else.
+    void acceptKey(QKeyEvent *event) const;
 
     bool autoFit;
     bool flipY;
+    bool escapeKept = false;
     bool zooming = false;
     bool inFit = false;
 };

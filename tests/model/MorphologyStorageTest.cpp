@@ -8,7 +8,6 @@
 #include "model/WormLines.h"
 #include "support/TemporaryLibrary.h"
 
-#include <QSqlRecord>
 #include <QTest>
 
 #include <limits>
@@ -35,21 +34,6 @@ std::unique_ptr<Morphology> plainWorm()
     trunk->addLineOrgan(cordType(), {12.0, 13.0}, {14.0, 15.0}, {16.0, 17.0});
     worm->addImage("picture");
     return worm;
-}
-
-/// All rows of a statement, their values parted by blanks.
-QStringList rows(TemporaryLibrary *library, const QString &sql)
-{
-    QStringList rows;
-    const std::unique_ptr<QSqlQuery> query = library->db()->newQuery(sql);
-    while (query->next()) {
-        QStringList values;
-        for (int column = 0; column < query->record().count(); ++column)
-            values +=
-                query->isNull(column) ? QStringLiteral("NULL") : query->value(column).toString();
-        rows += values.join(' ');
-    }
-    return rows;
 }
 
 using Worms = std::vector<std::unique_ptr<Morphology>>;

@@ -13,6 +13,7 @@
 #include "support/TemporaryLibrary.h"
 
 #include <QMap>
+#include <QSqlRecord>
 
 namespace Planaria {
 
@@ -123,6 +124,20 @@ QStringList rowsIn(TemporaryLibrary *library)
             counts[table] = library->count(table);
     }
     return lines(counts);
+}
+
+QStringList rows(TemporaryLibrary *library, const QString &sql)
+{
+    QStringList rows;
+    const std::unique_ptr<QSqlQuery> query = library->db()->newQuery(sql);
+    while (query->next()) {
+        QStringList values;
+        for (int column = 0; column < query->record().count(); ++column)
+            values +=
+                query->isNull(column) ? QStringLiteral("NULL") : query->value(column).toString();
+        rows += values.join(' ');
+    }
+    return rows;
 }
 
 } // namespace Planaria

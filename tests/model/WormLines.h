@@ -19,4 +19,7 @@ QStringList rowsOf(const QList<const Morphology *> &worms);
 /// The same for all tables of a file but the vocabulary.
 QStringList rowsIn(TemporaryLibrary *library);
 
+/// All rows of a statement, their values parted by blanks.
+QStringList rows(TemporaryLibrary *library, const QString &sql);
+
 } // namespace Planaria

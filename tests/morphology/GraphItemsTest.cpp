@@ -18,13 +18,12 @@
 #include "morphology/MorphoGraphView.h"
 #include "morphology/MorphologyItem.h"
 #include "support/DrawnWorm.h"
+#include "support/PaintedItem.h"
 #include "support/TemporaryLibrary.h"
 
 #include <QHash>
-#include <QPainter>
 #include <QSet>
 #include <QSignalSpy>
-#include <QStyleOption>
 #include <QTest>
 
 #include <cmath>
@@ -183,52 +182,6 @@ QSet<QString> notFinite(const Morphology &worm)
 }
 
 // --- Pixels ---
-
-QImage drawn(const std::function<void(QPainter *)> &draw)
-{
-    QImage image(60, 60, QImage::Format_RGB32);
-    image.fill(Qt::lightGray);
-    QPainter painter(&image);
-    painter.translate(30.0, 30.0);
-    draw(&painter);
-    return image;
-}
-
-/// What @p item paints around its centre in a view that flips y.
-QImage painted(QGraphicsItem *item, QStyle::State state = QStyle::State_None)
-{
-    return drawn([item, state](QPainter *painter) {
-        painter->scale(1.0, -1.0);
-        QStyleOptionGraphicsItem option;
-        option.state = state;
-        item->paint(painter, &option, nullptr);
-    });
-}
-
-struct Look
-{
-    double radius;
-    QPen outline;
-    QColor background;
-    QColor caption;
-    int pixelSize;
-};
-
-QImage circle(const Look &look, const QString &caption)
-{
-    return drawn([&](QPainter *painter) {
-        painter->setPen(look.outline);
-        painter->setBrush(look.background);
-        painter->drawEllipse(QPointF(), look.radius, look.radius);
-        QFont font;
-        font.setPixelSize(look.pixelSize);
-        painter->setFont(font);
-        painter->setPen(look.caption);
-        const double margin = look.radius - 2.5;
-        painter->drawText(QRectF(-margin, -margin, 2.0 * margin, 2.0 * margin), Qt::AlignCenter,
-                          caption);
-    });
-}
 
 /// How often ink and paper change along @p points of the scene, as the screen shows it.
 int gaps(const Editor &editor, const QList<QPointF> &points)
@@ -425,7 +378,7 @@ void GraphItemsTest::theOutlineOfASelectedNodeIsDotted()
     Editor editor;
     QVERIFY(editor.show());
     MGRegion *node = editor.node(editor.head);
-    const Look dotted{20.0, QPen(Qt::darkBlue, 2.0, Qt::DotLine), Qt::white, Qt::darkRed, 13};
+    const CircleLook dotted{20.0, QPen(Qt::darkBlue, 2.0, Qt::DotLine), Qt::white, Qt::darkRed, 13};
     QCOMPARE(painted(node, QStyle::State_Selected), circle(dotted, node->text()));
 
     const auto onScreen = [&editor, node] {

@@ -51,7 +51,7 @@ private:
 
     std::unique_ptr<TemporaryLibrary> library;
     std::unique_ptr<QSqlQueryModel> model;
-    std::unique_ptr<QDialog> form;
+    std::unique_ptr<QWidget> form;
     std::unique_ptr<ChooserParts> parts;
     QList<bool> changes; // what the wishes came to
 };
@@ -81,7 +81,7 @@ int MorphologyChooserTest::store(const QString &name)
 void MorphologyChooserTest::open()
 {
     model = library->db()->newTableModel("Morphology", "Name");
-    form = std::make_unique<QDialog>();
+    form = std::make_unique<QWidget>();
     auto *chooser = new MorphologyChooser("Morphology to test", library->db(), form.get());
     connect(chooser, &MorphologyChooser::rowChosen, this,
             [this, chooser](int row) { changes += chooser->showRow(row); });

@@ -14,6 +14,7 @@
 #include "morphology/MorphologyView.h"
 #include "support/DrawnWorm.h"
 #include "support/ModalAnswerer.h"
+#include "support/NamedForm.h"
 #include "support/StatementLog.h"
 #include "support/TemporaryLibrary.h"
 #include "widgets/FileDialogAnswer.h"
@@ -49,18 +50,11 @@ const ModalAnswerer::Box sameName = {
 const ModalAnswerer::Box cannotOpen = {"Cannot open file", "Unable to open the file.",
                                        QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Critical};
 
-/// The form in a window of its own, with its parts as a user tells them apart.
-struct OpenForm
+/// The form with its parts as a user tells them apart.
+struct OpenForm : NamedForm<MorphologyForm>
 {
-    OpenForm(Morphology *worm, DB *db) : form(worm, db, nullptr)
-    {
-        form.show();
-        form.activateWindow();
-        if (!QTest::qWaitForWindowActive(&form))
-            qFatal("the form does not become active");
-    }
+    OpenForm(Morphology *worm, DB *db) : NamedForm(worm, db) {}
 
-    QLineEdit *nameEdit() { return form.findChild<QLineEdit *>(); }
     MorphoGraphView *graph() { return form.findChild<MorphoGraphView *>(); }
     MorphologyView *drawing() { return form.findChild<MorphologyView *>(); }
     QSplitter *splitter() { return form.findChild<QSplitter *>(); }
@@ -73,7 +67,6 @@ struct OpenForm
     {
         return form.findChild<QMenuBar *>()->actions().at(0)->menu()->actions().at(0);
     }
-    QDialogButtonBox *buttons() { return form.findChild<QDialogButtonBox *>(); }
     QPushButton *addButton()
     {
         for (auto *button : form.findChildren<QPushButton *>()) {
@@ -82,24 +75,6 @@ struct OpenForm
         }
         return nullptr;
     }
-
-    void type(const QString &name)
-    {
-        nameEdit()->setFocus();
-        nameEdit()->selectAll();
-        if (name.isEmpty())
-            QTest::keyClick(nameEdit(), Qt::Key_Delete);
-        QTest::keyClicks(nameEdit(), name);
-    }
-
-    void press(QDialogButtonBox::StandardButton button)
-    {
-        QTest::mouseClick(buttons()->button(button), Qt::LeftButton);
-    }
-
-    bool isAccepted() { return form.isHidden() && form.result() == QDialog::Accepted; }
-
-    MorphologyForm form;
 };
 
 /// Drags the node of a region in steps, each a mouse move, and calls @p afterStep after each.
@@ -486,30 +461,19 @@ void MorphologyFormTest::refusesAStoredWormThatLosesItsName()
 
 void MorphologyFormTest::takesANewNameByAnyWayToOk_data()
 {
-    using Way = std::function<void(OpenForm *)>;
-    QTest::addColumn<Way>("goOn");
-    QTest::newRow("mouse") << Way([](OpenForm *open) { open->press(QDialogButtonBox::Ok); });
-    QTest::newRow("Return") << Way(
-        [](OpenForm *open) { QTest::keyClick(open->nameEdit(), Qt::Key_Return); });
-    QTest::newRow("Enter") << Way(
-        [](OpenForm *open) { QTest::keyClick(open->nameEdit(), Qt::Key_Enter); });
-    QTest::newRow("Alt+O") << Way([](OpenForm *open) {
-        // As the themes of most desktops have it; the offscreen one gives its buttons no letters.
-        open->buttons()->button(QDialogButtonBox::Ok)->setShortcut(QKeySequence("Alt+O"));
-        QTest::keyClick(open->nameEdit(), Qt::Key_O, Qt::AltModifier);
-    });
-    QTest::newRow("a script") << Way(
-        [](OpenForm *open) { open->buttons()->button(QDialogButtonBox::Ok)->click(); });
+    QTest::addColumn<WayToOk>("way");
+    for (const WayToOk &way : waysToOk())
+        QTest::newRow(way.name) << way;
 }
 
 void MorphologyFormTest::takesANewNameByAnyWayToOk()
 {
-    QFETCH(std::function<void(OpenForm *)>, goOn);
+    QFETCH(WayToOk, way);
     storeWorm("Other");
     OpenForm open(worm.get(), library->db());
     const ModalAnswerer answerer;
     open.type("Two heads");
-    goOn(&open);
+    way.go(open.nameEdit(), open.buttons()->button(QDialogButtonBox::Ok));
     QTRY_VERIFY(open.isAccepted());
     QCOMPARE(worm->name(), "Two heads");
     QCOMPARE(answerer.problems(), QStringList());

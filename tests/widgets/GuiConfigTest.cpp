@@ -1,6 +1,7 @@
 #include "widgets/GuiConfig.h"
 
 #include <QColor>
+#include <QPointF>
 #include <QTest>
 
 namespace Planaria {
@@ -21,6 +22,7 @@ class GuiConfigTest final : public QObject
 private slots:
     void colorsStandForTheSameThingEverywhere_data();
     void colorsStandForTheSameThingEverywhere();
+    void inputsOfAnActionLieAboveItAndToBothSides();
 };
 
 void GuiConfigTest::colorsStandForTheSameThingEverywhere_data()
@@ -28,6 +30,8 @@ void GuiConfigTest::colorsStandForTheSameThingEverywhere_data()
     QTest::addColumn<Color>("color");
     QTest::addColumn<Rgba>("rgba");
 
+    QTest::newRow("corner of an area")
+        << Color(GuiConfig::cropAreaPointColor) << Rgba{255, 255, 0, 255};
     QTest::newRow("region lever") << Color(GuiConfig::regionLeverColor) << Rgba{255, 0, 0, 255};
     QTest::newRow("link lever") << Color(GuiConfig::linkLeverColor) << Rgba{0, 255, 0, 255};
     QTest::newRow("organ lever") << Color(GuiConfig::organLeverColor) << Rgba{0, 0, 255, 255};
@@ -44,6 +48,12 @@ void GuiConfigTest::colorsStandForTheSameThingEverywhere()
     const QColor &first = color();
     QCOMPARE(Rgba({first.red(), first.green(), first.blue(), first.alpha()}), rgba);
     QCOMPARE(&color(), &first);
+}
+
+void GuiConfigTest::inputsOfAnActionLieAboveItAndToBothSides()
+{
+    QCOMPARE(GuiConfig::actionNodeXDisp(), QPointF(50.0, 0.0));
+    QCOMPARE(GuiConfig::actionNodeYDisp(), QPointF(0.0, 75.0));
 }
 
 } // namespace Planaria
