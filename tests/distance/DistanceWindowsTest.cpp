@@ -11,6 +11,9 @@
 #include <QTimer>
 
 #include <malloc.h>
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/allocator_interface.h>
+#endif
 
 using namespace Planaria;
 
@@ -26,8 +29,12 @@ template <typename Form> std::unique_ptr<QDialog> make(DB *db, QWidget *parent)
 /// The bytes that the program has allocated.
 qint64 memoryInUse()
 {
+#ifdef __SANITIZE_ADDRESS__
+    return qint64(__sanitizer_get_current_allocated_bytes()); // malloc is the sanitizer's
+#else
     const struct mallinfo2 info = mallinfo2();
     return qint64(info.uordblks + info.hblkhd);
+#endif
 }
 
 QPushButton *button(const QDialog &form, const QString &text)

@@ -478,7 +478,7 @@ void RandomWalkTest::keepsMorphologyAndGraphInStep()
     }
     for (const QString &effect : expectedEffects) {
         const QString times = QStringLiteral("%1 %2 times").arg(effect).arg(done.value(effect));
-        QVERIFY2(done.value(effect) >= end / 500, qPrintable(times));
+        QVERIFY2(done.value(effect) >= end / 1000, qPrintable(times));
     }
 
     QVERIFY(worm.submit(library.db()) > 0);
