@@ -5,13 +5,14 @@
 #include <QAction>
 #include <QGraphicsScene>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScopedValueRollback>
 #include <QWheelEvent>
 
 namespace Planaria {
 
 ZoomGraphicsView::ZoomGraphicsView(QWidget *parent, bool fitLarge, bool yUp)
-    : QGraphicsView(parent), autoFit(fitLarge), flipY(yUp)
+    : QGraphicsView(parent), actionsMenu(new QMenu(this)), autoFit(fitLarge), flipY(yUp)
 {
     setScene(new QGraphicsScene(1, 1, 1, 1, this));
     setBackgroundBrush(Qt::white);
@@ -59,15 +60,28 @@ void ZoomGraphicsView::saveImage()
 
 bool ZoomGraphicsView::viewportEvent(QEvent *event)
 {
-    // A menu takes the release of the button; without one, the next press would still go to the
+    if (event->type() != QEvent::ContextMenu)
+        return QGraphicsView::viewportEvent(event);
+    // The menu takes the release of the button; without one, the next press would still go to the
     // item under this one, or go on with its rubber band.
-    if (event->type() == QEvent::ContextMenu) {
-        const auto *menu = static_cast<QContextMenuEvent *>(event);
-        QMouseEvent release(QEvent::MouseButtonRelease, menu->pos(), menu->globalPos(),
-                            Qt::RightButton, Qt::NoButton, Qt::NoModifier);
-        QGraphicsView::mouseReleaseEvent(&release);
-    }
-    return QGraphicsView::viewportEvent(event);
+    auto *menuEvent = static_cast<QContextMenuEvent *>(event);
+    QMouseEvent release(QEvent::MouseButtonRelease, menuEvent->pos(), menuEvent->globalPos(),
+                        Qt::RightButton, Qt::NoButton, Qt::NoModifier);
+    QGraphicsView::mouseReleaseEvent(&release);
+    if (contextMenuPolicy() != Qt::ActionsContextMenu)
+        return QGraphicsView::viewportEvent(event);
+    openActionsMenu(menuEvent);
+    return true;
+}
+
+void ZoomGraphicsView::openActionsMenu(QContextMenuEvent *event)
+{
+    // A menu that stays. Accessibility knows an action by the menu in which it was first, and could
+    // not read it in the menu that Qt would make for each call.
+    actionsMenu->addActions(actions());
+    actionsMenu->exec(event->globalPos());
+    actionsMenu->clear();
+    event->accept();
 }
 
 void ZoomGraphicsView::wheelEvent(QWheelEvent *event)

@@ -3,6 +3,8 @@
 #include <QGraphicsView>
 
 class QAction;
+class QContextMenuEvent;
+class QMenu;
 
 namespace Planaria {
 
@@ -42,9 +44,11 @@ protected:
 
 private:
     void resetZoom();
+    void openActionsMenu(QContextMenuEvent *event);
     /// Accepts the keys that are for nobody else.
     void acceptKey(QKeyEvent *event) const;
 
+    QMenu *actionsMenu;
     bool autoFit;
     bool flipY;
     bool escapeKept = false;
