@@ -1,40 +1,49 @@
+#include "SampleManipulations.h"
 #include "SampleWorms.h"
 #include "db/DB.h"
 #include "db/DBExp.h"
 #include "db/ExperimentFactory.h"
+#include "model/Manipulation.h"
 #include "model/Morphology.h"
 
 #include <QApplication>
 #include <QFile>
+#include <QHashSeed>
 
 #include <algorithm>
 #include <cstdio>
 
-// vermidex_sample_library FILE.edb: writes the sample library. The same worms give the same bytes.
+// vermidex_sample_library FILE.edb: writes the sample library. The same worms and manipulations
+// give the same bytes.
 
 using namespace Planaria;
 
 namespace {
 
-bool writeWorms(DB *db)
+template <typename Elements> bool write(const Elements &elements, DB *db)
+{
+    return std::all_of(elements.cbegin(), elements.cend(),
+                       [db](const auto &element) { return element->submit(db) > 0; });
+}
+
+bool writeElements(DB *db)
 {
     ExperimentFactory::instance(nullptr)->load(db);
-    const auto worms = SampleWorms::all();
-    return std::all_of(worms.cbegin(), worms.cend(),
-                       [db](const auto &worm) { return worm->submit(db) > 0; });
+    return write(SampleWorms::all(), db) && write(SampleManipulations::all(db), db);
 }
 
 bool writeLibrary(const QString &fileName)
 {
     DB db;
-    return db.createEmptyDB(fileName) && DBExp::buildDB(&db) && writeWorms(&db);
+    return db.createEmptyDB(fileName) && DBExp::buildDB(&db) && writeElements(&db);
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    qputenv("QT_QPA_PLATFORM", "minimal"); // worms are drawn without fonts, and never shown
+    QHashSeed::setDeterministicGlobalSeed(); // hashes order the rows that a join refers to
+    qputenv("QT_QPA_PLATFORM", "minimal");   // worms are drawn without fonts, and never shown
     const QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 2) {

@@ -7,6 +7,7 @@
 #include "distance/MorphologyDistForm.h"
 #include "distance/MorphologyDistSearchForm.h"
 #include "morphology/MorphologyListViewerForm.h"
+#include "widgets/SilkIcon.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -97,8 +98,7 @@ template <typename Slot>
 QAction *MainWindow::createAction(const QString &text, const QString &shortcut, const QString &tip,
                                   const QString &icon, Slot slot)
 {
-    auto *action = new QAction(
-        QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/%1.png").arg(icon)), text, this);
+    auto *action = new QAction(silkIcon(icon), text, this);
     action->setShortcut(QKeySequence(shortcut));
     action->setStatusTip(tip);
     connect(action, &QAction::triggered, this, slot);

@@ -4,6 +4,7 @@
 #include "manipulation/DrawableArea.h"
 #include "manipulation/ManipulationItem.h"
 #include "manipulation/StartSquare.h"
+#include "widgets/SilkIcon.h"
 
 #include <QAction>
 #include <QGraphicsScene>
@@ -55,8 +56,7 @@ void AreaDesigner::createActions()
 QAction *AreaDesigner::createAction(const QString &text, const QString &shortcut,
                                     const QString &icon, Command command)
 {
-    const QIcon picture(QStringLiteral(":/Images/famfamfam_silk_icons/%1.png").arg(icon));
-    auto *created = new QAction(picture, text, this);
+    auto *created = new QAction(silkIcon(icon), text, this);
     created->setShortcut(QKeySequence(shortcut));
     connect(created, &QAction::triggered, this, command);
     return created;
@@ -64,8 +64,7 @@ QAction *AreaDesigner::createAction(const QString &text, const QString &shortcut
 
 void AreaDesigner::updateActions()
 {
-    for (QAction *offered : actions())
-        removeAction(offered);
+    clearActions();
     const qsizetype selected = selectedPoints().size();
     if (selected > 1)
         addAction(removePointsAction);

@@ -30,9 +30,9 @@ namespace {
 constexpr auto settingsGroup = "ManipulationForm";
 
 /// A title above @p content.
-QWidget *titled(const QString &title, QWidget *content)
+QWidget *titled(const QString &title, QWidget *content, QWidget *parent)
 {
-    auto *column = new QWidget;
+    auto *column = new QWidget(parent);
     auto *layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(new QLabel(title, column));
@@ -84,7 +84,7 @@ QBoxLayout *ManipulationForm::createMiddle()
 {
     graphView = new ManipulationGraphView(manipulation, db, this);
     auto *row = new QHBoxLayout;
-    row->addWidget(titled(tr("Manipulation:"), graphView), 1);
+    row->addWidget(titled(tr("Manipulation:"), graphView, this), 1);
     createPanels(row);
     connect(graphView, &ManipulationGraphView::signActionSelecChanged, this,
             &ManipulationForm::actionSelecChanged);
@@ -110,7 +110,7 @@ void ManipulationForm::createPanels(QBoxLayout *row)
 template <typename Content>
 Content *ManipulationForm::addPanel(QBoxLayout *row, const QString &title, Content *content)
 {
-    QWidget *panel = titled(title, content);
+    QWidget *panel = titled(title, content, this);
     row->addWidget(panel, 1);
     panel->hide();
     panels.append({panel, [content] { content->clear(); }});

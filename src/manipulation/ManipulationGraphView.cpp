@@ -10,6 +10,7 @@
 #include "model/Morphology.h"
 #include "model/RemoveAction.h"
 #include "widgets/GuiConfig.h"
+#include "widgets/SilkIcon.h"
 
 #include <QAction>
 #include <QGraphicsLineItem>
@@ -95,16 +96,9 @@ void ManipulationGraphView::createActions()
 QAction *ManipulationGraphView::createAction(const QString &text, const QString &icon,
                                              void (ManipulationGraphView::*command)())
 {
-    auto *action = new QAction(
-        QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/%1.png").arg(icon)), text, this);
+    auto *action = new QAction(silkIcon(icon), text, this);
     connect(action, &QAction::triggered, this, command);
     return action;
-}
-
-void ManipulationGraphView::clearActions()
-{
-    for (QAction *action : actions())
-        removeAction(action);
 }
 
 void ManipulationGraphView::updateActions()
@@ -228,6 +222,7 @@ void ManipulationGraphView::updateAccessibleName()
 
 void ManipulationGraphView::clearScene()
 {
+    clearSelection(); // else the last of several would be told of in passing
     items_.clear();
     scene()->clear();
 }

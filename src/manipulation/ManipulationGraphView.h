@@ -64,7 +64,6 @@ private:
     void createActions();
     QAction *createAction(const QString &text, const QString &icon,
                           void (ManipulationGraphView::*command)());
-    void clearActions();
 
     template <typename Action>
     void addAreaAction(Action *(Manipulation::*addBehind)(ManipulationAction *));

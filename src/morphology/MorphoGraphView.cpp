@@ -16,6 +16,7 @@
 #include "morphology/MGSpotOrgan.h"
 #include "morphology/MGSpotOrganLever.h"
 #include "morphology/RegionLayout.h"
+#include "widgets/SilkIcon.h"
 
 #include <QAction>
 #include <QGraphicsScene>
@@ -27,11 +28,6 @@
 namespace Planaria {
 
 namespace {
-
-QIcon silkIcon(const QString &name)
-{
-    return QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/%1.png").arg(name));
-}
 
 /// Above which of the others an organ's node lies.
 double zValueOf(const SpotOrgan &organ, double unchanged)

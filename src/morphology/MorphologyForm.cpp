@@ -8,6 +8,7 @@
 #include "morphology/MorphologyView.h"
 #include "widgets/NameCheck.h"
 #include "widgets/NameRow.h"
+#include "widgets/SilkIcon.h"
 #include "widgets/WindowSettings.h"
 
 #include <QAction>
@@ -132,9 +133,8 @@ QMenuBar *MorphologyForm::createMenuBar()
 {
     auto *menuBar = new QMenuBar(this);
     QMenu *viewMenu = menuBar->addMenu(tr("&View"));
-    allParametersAction = viewMenu->addAction(
-        QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/application_view_detail.png")),
-        tr("&All parameters"));
+    allParametersAction = viewMenu->addAction(silkIcon(QStringLiteral("application_view_detail")),
+                                              tr("&All parameters"));
     allParametersAction->setCheckable(true);
     allParametersAction->setShortcut(QKeySequence(tr("Ctrl+A")));
     allParametersAction->setStatusTip(tr("Show all the parameters in the graph."));

@@ -3,6 +3,7 @@
 #include "model/MorphologyImage.h"
 #include "morphology/PictureSize.h"
 #include "widgets/ImageSaver.h"
+#include "widgets/SilkIcon.h"
 
 #include <QAction>
 
@@ -14,13 +15,11 @@ MorphologyImageWidget::MorphologyImageWidget(MorphologyImage *shownImage, QWidge
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     setAccessibleName(QStringLiteral("Picture of the morphology"));
 
-    auto *saveAction =
-        new QAction(QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/picture_save.png")),
-                    QStringLiteral("Save image..."), this);
+    auto *saveAction = new QAction(silkIcon(QStringLiteral("picture_save")),
+                                   QStringLiteral("Save image..."), this);
     connect(saveAction, &QAction::triggered, this, &MorphologyImageWidget::saveImage);
-    auto *deleteAction =
-        new QAction(QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/picture_delete.png")),
-                    QStringLiteral("Delete image"), this);
+    auto *deleteAction = new QAction(silkIcon(QStringLiteral("picture_delete")),
+                                     QStringLiteral("Delete image"), this);
     connect(deleteAction, &QAction::triggered, this, &MorphologyImageWidget::deleteImage);
     addActions({saveAction, deleteAction});
     setContextMenuPolicy(Qt::ActionsContextMenu);

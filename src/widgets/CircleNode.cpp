@@ -62,7 +62,8 @@ void CircleNode::paint(QPainter *painter, const QStyleOptionGraphicsItem *option
     font.setPixelSize(fontPixelSize);
     painter->setFont(font);
     painter->setPen(textColor_);
-    painter->drawText(textRect, Qt::AlignHCenter | Qt::AlignVCenter, text_);
+    // Fonts differ: a caption that is wider than its place shows whole.
+    painter->drawText(textRect, Qt::AlignCenter | Qt::TextDontClip, text_);
 }
 
 } // namespace Planaria

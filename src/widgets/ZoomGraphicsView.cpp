@@ -1,17 +1,19 @@
 #include "widgets/ZoomGraphicsView.h"
 
 #include "widgets/ImageSaver.h"
+#include "widgets/SilkIcon.h"
 
 #include <QAction>
 #include <QGraphicsScene>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScopedValueRollback>
 #include <QWheelEvent>
 
 namespace Planaria {
 
 ZoomGraphicsView::ZoomGraphicsView(QWidget *parent, bool fitLarge, bool yUp)
-    : QGraphicsView(parent), autoFit(fitLarge), flipY(yUp)
+    : QGraphicsView(parent), actionsMenu(new QMenu(this)), autoFit(fitLarge), flipY(yUp)
 {
     setScene(new QGraphicsScene(1, 1, 1, 1, this));
     setBackgroundBrush(Qt::white);
@@ -19,9 +21,8 @@ ZoomGraphicsView::ZoomGraphicsView(QWidget *parent, bool fitLarge, bool yUp)
                    QPainter::SmoothPixmapTransform);
     resetZoom();
 
-    saveImageAction =
-        new QAction(QIcon(QStringLiteral(":/Images/famfamfam_silk_icons/picture_save.png")),
-                    QStringLiteral("Save image..."), this);
+    saveImageAction = new QAction(silkIcon(QStringLiteral("picture_save")),
+                                  QStringLiteral("Save image..."), this);
     connect(saveImageAction, &QAction::triggered, this, &ZoomGraphicsView::saveImage);
     addAction(saveImageAction);
     setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -57,17 +58,36 @@ void ZoomGraphicsView::saveImage()
     ImageSaver::saveScene(*scene(), flipY, parentWidget());
 }
 
+void ZoomGraphicsView::clearActions()
+{
+    for (QAction *action : actions())
+        removeAction(action);
+}
+
 bool ZoomGraphicsView::viewportEvent(QEvent *event)
 {
-    // A menu takes the release of the button; without one, the next press would still go to the
+    if (event->type() != QEvent::ContextMenu)
+        return QGraphicsView::viewportEvent(event);
+    // The menu takes the release of the button; without one, the next press would still go to the
     // item under this one, or go on with its rubber band.
-    if (event->type() == QEvent::ContextMenu) {
-        const auto *menu = static_cast<QContextMenuEvent *>(event);
-        QMouseEvent release(QEvent::MouseButtonRelease, menu->pos(), menu->globalPos(),
-                            Qt::RightButton, Qt::NoButton, Qt::NoModifier);
-        QGraphicsView::mouseReleaseEvent(&release);
-    }
-    return QGraphicsView::viewportEvent(event);
+    auto *menuEvent = static_cast<QContextMenuEvent *>(event);
+    QMouseEvent release(QEvent::MouseButtonRelease, menuEvent->pos(), menuEvent->globalPos(),
+                        Qt::RightButton, Qt::NoButton, Qt::NoModifier);
+    QGraphicsView::mouseReleaseEvent(&release);
+    if (contextMenuPolicy() != Qt::ActionsContextMenu)
+        return QGraphicsView::viewportEvent(event);
+    openActionsMenu(menuEvent);
+    return true;
+}
+
+void ZoomGraphicsView::openActionsMenu(QContextMenuEvent *event)
+{
+    // A menu that stays. Accessibility knows an action by the menu in which it was first, and could
+    // not read it in the menu that Qt would make for each call.
+    actionsMenu->addActions(actions());
+    actionsMenu->exec(event->globalPos());
+    actionsMenu->clear();
+    event->accept();
 }
 
 void ZoomGraphicsView::wheelEvent(QWheelEvent *event)

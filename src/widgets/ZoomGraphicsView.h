@@ -3,6 +3,8 @@
 #include <QGraphicsView>
 
 class QAction;
+class QContextMenuEvent;
+class QMenu;
 
 namespace Planaria {
 
@@ -38,13 +40,18 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
+    /// Empties the context menu, for a view whose commands follow its selection.
+    void clearActions();
+
     QAction *saveImageAction; // a view with a context menu of its own puts it there
 
 private:
     void resetZoom();
+    void openActionsMenu(QContextMenuEvent *event);
     /// Accepts the keys that are for nobody else.
     void acceptKey(QKeyEvent *event) const;
 
+    QMenu *actionsMenu;
     bool autoFit;
     bool flipY;
     bool escapeKept = false;

@@ -1,4 +1,4 @@
-"""The sample library from the command line: its worms, every entry of the menus, the About box."""
+"""The sample library from the command line: its elements, every entry of the menus, the About box."""
 
 MENUS = {
     "File": ["New database...", "Open database...", "Save database as...", "Close database", "Vacuum database",
@@ -17,9 +17,10 @@ def entries(menu):
 
 ui.window("sample.edb - Vermidex")
 ui.find("label", "No experiments in the database")
-ui.tab("Morphologies")
-status = ui.find("label", re.compile("^[0-9]+ morphologies in the database$")).name
-assert int(status.split()[0]) >= 14, status
+for tab, least in (("Manipulations", 8), ("Morphologies", 14)):
+    ui.tab(tab)
+    status = ui.find("label", re.compile(f"^[0-9]+ {tab.lower()} in the database$")).name
+    assert int(status.split()[0]) >= least, status
 
 for menu, names in MENUS.items():
     found = entries(menu)

@@ -156,6 +156,8 @@ private slots:
     void leavesTheFileUntouchedWhenItIsCancelled();
     void writesNothingWhenItIsAccepted();
 
+    void showsNothingBeforeItIsShown();
+
     void remembersItsSize();
     void keepsItsNormalSizeWhileItIsMaximized();
     void isModalWhenItOpensMaximized();
@@ -634,6 +636,26 @@ void ManipulationFormTest::writesNothingWhenItIsAccepted()
     QVERIFY(open.isAccepted());
     QCOMPARE(manipulation->id(), 0);
     QCOMPARE(libraryBytes(), bytes);
+}
+
+// --- Opening ---
+
+void ManipulationFormTest::showsNothingBeforeItIsShown()
+{
+    // A panel that is shown before it has its place in the form would be a window for a moment.
+    struct Watcher final : QObject
+    {
+        bool eventFilter(QObject *watched, QEvent *event) override
+        {
+            if (event->type() == QEvent::Show && watched->isWidgetType())
+                shown += watched->metaObject()->className();
+            return false;
+        }
+        QStringList shown;
+    } watcher;
+    qApp->installEventFilter(&watcher);
+    const ManipulationForm form(manipulation.get(), library->db());
+    QCOMPARE(watcher.shown, QStringList());
 }
 
 // --- Settings ---

@@ -61,6 +61,7 @@ private slots:
     void labelsEachKindOfAction_data();
     void labelsEachKindOfAction();
     void aNodeIsACircleWithAnUprightCaption();
+    void aWideCaptionShowsWhole();
     void aNodeTakesItsColors();
     void aNodeIsDottedWhileItIsSelected();
     void putsInputsAboveTheActionToBothSides_data();
@@ -98,6 +99,7 @@ private slots:
 
     void showsNothingUntilItIsGivenAManipulation();
     void showsAnotherManipulation();
+    void tellsOfNoActionOfAFormerTree();
     void forgetsWhatItShowed();
     void isSilentWhenItGoes();
     void namesWhatItShows();
@@ -255,6 +257,17 @@ void ManipulationGraphViewTest::aNodeIsACircleWithAnUprightCaption()
     QVERIFY(view->transform().m22() < 0.0); // the view shows +y upwards
     QCOMPARE(painted(rootNode()),
              circle({22.0, QPen(Qt::red, 1.0), Qt::white, Qt::black, 13}, "Morph"));
+}
+
+void ManipulationGraphViewTest::aWideCaptionShowsWhole()
+{
+    rootNode()->setTextColor(Qt::magenta);
+    rootNode()->setText("MMMMM");
+    const QImage image = painted(rootNode());
+    int inked = 0; // to the left of the circle
+    for (int y = 0; y < image.height(); ++y)
+        inked += image.pixelColor(4, y).green() < 150 ? 1 : 0;
+    QVERIFY2(inked > 0, "cut off");
 }
 
 void ManipulationGraphViewTest::aNodeTakesItsColors()
@@ -689,6 +702,17 @@ void ManipulationGraphViewTest::showsAnotherManipulation()
     QCOMPARE(log, Log({"selected Morph", "none selected"}));
     QCOMPARE(view->node(root()), nullptr);
     view.reset();
+}
+
+void ManipulationGraphViewTest::tellsOfNoActionOfAFormerTree()
+{
+    manipulation->addCropAction(root());
+    view->setManipulation(manipulation.get());
+    for (ManipulationAction *action : manipulation->actions())
+        view->node(action)->setSelected(true);
+    log.clear();
+    view->clear();
+    QCOMPARE(log, Log("none selected"));
 }
 
 void ManipulationGraphViewTest::forgetsWhatItShowed()

@@ -54,8 +54,8 @@ inline QImage circle(const CircleLook &look, const QString &caption)
         painter->setFont(font);
         painter->setPen(look.caption);
         const double margin = look.radius - 2.5;
-        painter->drawText(QRectF(-margin, -margin, 2.0 * margin, 2.0 * margin), Qt::AlignCenter,
-                          caption);
+        painter->drawText(QRectF(-margin, -margin, 2.0 * margin, 2.0 * margin),
+                          Qt::AlignCenter | Qt::TextDontClip, caption);
     });
 }
 

@@ -3,7 +3,9 @@
 #include "FileDialogAnswer.h"
 #include "TurnWheel.h"
 
+#include <QAccessible>
 #include <QAction>
+#include <QApplication>
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
 #include <QGraphicsTextItem>
@@ -13,7 +15,9 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QVBoxLayout>
+#include <QWindow>
 
 using namespace Planaria;
 
@@ -72,6 +76,7 @@ private slots:
     void zoomsByControlAlone();
     void endsZoomingWhenItLosesTheFocus();
     void passesNoKeyToTheItems();
+    void itsMenuCanBeReadAloudEachTime();
     void leavesEscapeToTheDialogAroundIt();
     void keepsOtherKeysFromTheDialogAroundIt();
 
@@ -263,6 +268,26 @@ void ZoomGraphicsViewTest::passesNoKeyToTheItems()
     QTest::keyClick(shown.view, Qt::Key_Delete);
     QTest::keyClick(shown.view, Qt::Key_Control);
     QCOMPARE(text->toPlainText(), "Worm");
+}
+
+void ZoomGraphicsViewTest::itsMenuCanBeReadAloudEachTime()
+{
+    ViewWindow shown(true, true);
+    QVERIFY(QTest::qWaitForWindowExposed(&shown.window));
+    QStringList readAloud;
+    QTimer timer;
+    timer.callOnTimeout([&readAloud] {
+        QWidget *menu = QApplication::activePopupWidget();
+        if (!menu)
+            return;
+        const QAccessibleInterface *entry = QAccessible::queryAccessibleInterface(menu)->child(0);
+        readAloud += entry && entry->isValid() ? entry->text(QAccessible::Name) : "nothing";
+        menu->close();
+    });
+    timer.start(10);
+    for (int i = 0; i < 2; ++i)
+        QTest::mouseClick(shown.window.windowHandle(), Qt::RightButton, {}, QPoint(20, 20));
+    QCOMPARE(readAloud, QStringList({"Save image...", "Save image..."}));
 }
 
 void ZoomGraphicsViewTest::leavesEscapeToTheDialogAroundIt()
