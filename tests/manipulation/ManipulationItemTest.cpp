@@ -169,6 +169,7 @@ private slots:
     void nothingIsDrawnOfNothing();
     void gapsInTheTreeAreDrawnAsNothing();
     void numbersThatCannotBeDrawnDoNoHarm();
+    void drawsTheDeepestTreeThatIsLoaded();
     void isBuiltBelowAnItemThatIsShown();
     void needsItsTreeNoMore();
 };
@@ -535,6 +536,22 @@ void ManipulationItemTest::numbersThatCannotBeDrawnDoNoHarm()
         QVERIFY(isFinite(item.shape()));
         drawn(&item, window);
     }
+}
+
+void ManipulationItemTest::drawsTheDeepestTreeThatIsLoaded()
+{
+    // A small hole at each step, so that the outline grows all the time.
+    const auto manipulation = manipulationOf(wildType());
+    for (int depth = 1; depth < 500; ++depth) {
+        const double x = -45.0 + 10.0 * (depth % 10);
+        const double y = -250.0 + depth;
+        setArea(manipulation->addRemoveAction(manipulation->rootAction()),
+                rectangle(x, y, 3.0, 4.0));
+    }
+    const qsizetype left = inkedPixels(drawnProduct(*manipulation));
+    const qsizetype whole = inkedPixels(drawnWorm(*wildType()));
+    QVERIFY(left < whole - 3000);
+    QVERIFY(left > whole - 9000);
 }
 
 void ManipulationItemTest::isBuiltBelowAnItemThatIsShown()

@@ -98,6 +98,7 @@ private slots:
 
     void writesNothingOfATreeThatFails_data();
     void writesNothingOfATreeThatFails();
+    void writesNoLeafBesideABranchThatFails();
     void failedRewriteLeavesTheFileAsItWas();
     void writesNothingWithoutARoot();
 
@@ -439,37 +440,61 @@ void ManipulationStorageTest::writesAnErasedManipulationAnew()
 void ManipulationStorageTest::writesNothingOfATreeThatFails_data()
 {
     QTest::addColumn<QString>("failure");
+    QTest::addColumn<bool>("hasInnerJoins");
     for (const char *failure :
          {"name is taken", "number in the first branch", "number in the second branch",
-          "worm of the first branch", "worm of the second branch"})
-        QTest::newRow(failure) << failure;
+          "worm of the first branch", "worm of the second branch"}) {
+        QTest::newRow(failure) << failure << false;
+        QTest::addRow("%s, with inner joins", failure) << failure << true;
+    }
 }
 
 void ManipulationStorageTest::writesNothingOfATreeThatFails()
 {
     QFETCH(QString, failure);
+    QFETCH(bool, hasInnerJoins);
     const auto present = plainManipulation("present");
     present->submit(library->db());
     const QStringList before = rowsIn(library.get());
 
-    const auto manipulation = plainManipulation(failure == "name is taken" ? "present" : "new");
+    const auto manipulation = plainManipulation("new");
     const QList<Morphology *> worms = manipulation->calcMorphologiesList();
-    worms.first()->setName("body");
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    const auto *join = firstOf<JoinAction>(*manipulation);
+    if (hasInnerJoins) {
+        manipulation->addJoinAction(join->fromAction1(), named("third").release());
+        manipulation->addJoinAction(join->fromAction2(), named("fourth").release());
+    }
+    constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+    if (failure == "name is taken")
+        manipulation->setName("present");
     if (failure == "number in the first branch")
-        firstOf<RemoveAction>(*manipulation)->setAreaPoint(1, {0.0, nan});
+        firstOf<RemoveAction>(*manipulation)->setAreaPoint(1, {0.0, notANumber});
     if (failure == "number in the second branch")
-        firstOf<CropAction>(*manipulation)->setAreaPoint(0, {nan, 0.0});
+        firstOf<CropAction>(*manipulation)->setAreaPoint(0, {notANumber, 0.0});
     if (failure == "worm of the first branch")
         worms.first()->setName("present body");
     if (failure == "worm of the second branch")
         worms.last()->setName("present graft");
-    if (failure == "name is taken")
-        worms.last()->setName("graft");
 
     QVERIFY(manipulation->submit(library->db()) < 1);
     QCOMPARE(rowsIn(library.get()), before);
     QCOMPARE(firstDifference(*loaded(1), *present), QString());
+}
+
+void ManipulationStorageTest::writesNoLeafBesideABranchThatFails()
+{
+    // Which input is written first is open: in one of the two the leaf comes after the failure.
+    for (const bool first : {true, false}) {
+        Manipulation manipulation(named("body").release());
+        manipulation.setName("broken");
+        const JoinAction *join =
+            manipulation.addJoinAction(manipulation.rootAction(), named("graft").release());
+        manipulation.addCropAction(first ? join->fromAction1() : join->fromAction2())
+            ->addAreaPoint({std::numeric_limits<double>::quiet_NaN(), 0.0});
+
+        QVERIFY(manipulation.submit(library->db()) < 1);
+        QCOMPARE(rowsIn(library.get()), QStringList());
+    }
 }
 
 void ManipulationStorageTest::failedRewriteLeavesTheFileAsItWas()

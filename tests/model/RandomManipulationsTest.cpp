@@ -23,7 +23,7 @@ namespace {
 constexpr int wormCount = 5;
 constexpr int mostActions = 40;
 // No column that refers to a row has an index: large libraries would make the test slow.
-constexpr quint32 treesPerLibrary = 40;
+constexpr quint32 treesPerLibrary = 20;
 
 /// Makes manipulations and edits them at random, the same way for the same seed.
 class RandomTrees final
