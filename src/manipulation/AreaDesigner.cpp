@@ -12,11 +12,12 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace Planaria {
 
-AreaDesigner::AreaDesigner(const Traits &ownTraits, QWidget *parent)
-    : ZoomGraphicsView(parent, true, true), traits(ownTraits)
+AreaDesigner::AreaDesigner(Traits ownTraits, QWidget *parent)
+    : ZoomGraphicsView(parent, true, true), traits(std::move(ownTraits))
 {
     keepEscape();
     setDragMode(QGraphicsView::RubberBandDrag);

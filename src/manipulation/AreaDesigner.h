@@ -58,7 +58,7 @@ protected:
         QString accessibleName;
     };
 
-    AreaDesigner(const Traits &ownTraits, QWidget *parent);
+    AreaDesigner(Traits ownTraits, QWidget *parent);
 
     /// @param newAction null for none
     void setAction(AreaAction *newAction);

@@ -21,7 +21,7 @@ public:
     [[nodiscard]] const QByteArray &bytes() const { return bytes_; }
 
     /// No larger file is taken as a picture, bytes: SQLite would refuse it with its whole worm.
-    static constexpr qint64 largestFile = 256 * 1024 * 1024;
+    static constexpr qint64 largestFile = qint64{256} * 1024 * 1024;
 
     /// The picture in the bytes of an image file; null where it cannot be decoded.
     static QImage decoded(const QByteArray &bytes);
