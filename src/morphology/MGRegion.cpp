@@ -40,15 +40,15 @@ QPointF turned(const QPointF &vector, double delta)
     return Angles::length(sound) * Angles::direction(turned(Angles::angleOf(sound), delta));
 }
 
-void turn(Organ *organ, double delta)
+void turn(Organ &organ, double delta)
 {
-    if (auto *spot = dynamic_cast<SpotOrgan *>(organ)) {
+    if (auto *spot = dynamic_cast<SpotOrgan *>(&organ)) {
         spot->setRot(turned(spot->rot(), delta));
-    } else if (auto *line = dynamic_cast<LineOrgan *>(organ)) {
+    } else if (auto *line = dynamic_cast<LineOrgan *>(&organ)) {
         line->setEnd1(turned(line->end1(), delta));
         line->setEnd2(turned(line->end2(), delta));
     }
-    organ->setPos(turned(organ->pos(), delta));
+    organ.setPos(turned(organ.pos(), delta));
 }
 
 } // namespace
@@ -123,7 +123,7 @@ void MGRegion::adjustOrgansRot(double delta)
         return;
     for (MGLink *link : links()) {
         if (auto *organNode = dynamic_cast<MGOrgan *>(link->otherNode(this)))
-            turn(organNode->organ(), delta);
+            turn(*organNode->organ(), delta);
     }
     adjustLinkedOrgans();
 }
