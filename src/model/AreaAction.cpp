@@ -40,6 +40,7 @@ void AreaAction::load()
     data.loadReferences(traits.pointsTable, "PointInd");
     while (data.nextReference())
         area_.append(new ActionAreaPoint(tables(), this, data));
+    renumberPoints(0); // a damaged file may have gaps
     data.loadFinished();
 }
 

@@ -58,6 +58,8 @@ ManipulationAction *JoinAction::removeFromManipulationNoRec()
 {
     if (!manipulation())
         return fromAction1_;
+    if (!fromAction1_)
+        std::swap(fromAction1_, fromAction2_); // a damaged file: what is left takes the place
     bypass(fromAction1_);
     removeActionFromManipulationRec(std::exchange(fromAction2_, nullptr));
     return std::exchange(fromAction1_, nullptr);
