@@ -1,23 +1,25 @@
 #include "model/ActionAreaPoint.h"
 
-#include <cmath>
+#include "model/ManipulationAction.h"
+#include "model/Tolerance.h"
 
 namespace Planaria {
 
-ActionAreaPoint::ActionAreaPoint(const Tables &tables, DBElement *owner, int index,
+ActionAreaPoint::ActionAreaPoint(const Tables &tables, ManipulationAction *owner, int index,
                                  const QPointF &point)
     : ownerColumn(tables.ownerColumn), action(owner), pointInd_(index), x_(point.x()),
       y_(point.y()), data(tables.points)
 {
 }
 
-ActionAreaPoint::ActionAreaPoint(const ActionAreaPoint &other, DBElement *owner, bool keepIds)
+ActionAreaPoint::ActionAreaPoint(const ActionAreaPoint &other, ManipulationAction *owner,
+                                 bool keepIds)
     : ownerColumn(other.ownerColumn), action(owner), pointInd_(other.pointInd_), x_(other.x_),
       y_(other.y_), data(other.data, keepIds)
 {
 }
 
-ActionAreaPoint::ActionAreaPoint(const Tables &tables, DBElement *owner,
+ActionAreaPoint::ActionAreaPoint(const Tables &tables, ManipulationAction *owner,
                                  const DBElementData &parentData)
     : ownerColumn(tables.ownerColumn), action(owner), data(tables.points, parentData)
 {
@@ -35,13 +37,13 @@ void ActionAreaPoint::setPoint(const QPointF &point)
 
 bool ActionAreaPoint::operator==(const ActionAreaPoint &other) const
 {
-    constexpr double tolerance = 1e-12;
-    return pointInd_ == other.pointInd_ && std::abs(x_ - other.x_) <= tolerance &&
-           std::abs(y_ - other.y_) <= tolerance;
+    return pointInd_ == other.pointInd_ && areClose(x_, other.x_) && areClose(y_, other.y_);
 }
 
 int ActionAreaPoint::submit(DB *db)
 {
+    if (action->isWriteLost(db))
+        return 0;
     return data.submit(
         db, DBElementData::Parent(ownerColumn, action),
         DBElementData::Values{{"PointInd", pointInd_}, {"PointX", x_}, {"PointY", y_}});

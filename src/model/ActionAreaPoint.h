@@ -6,6 +6,8 @@
 
 namespace Planaria {
 
+class ManipulationAction;
+
 /// One corner of the polygon of an area action, which owns it.
 class ActionAreaPoint final : public DBElement
 {
@@ -19,10 +21,12 @@ public:
 
     /// @param index of the corner in the polygon
     /// @param point in the coordinates of the drawn worm, scene units
-    ActionAreaPoint(const Tables &tables, DBElement *owner, int index, const QPointF &point);
-    ActionAreaPoint(const ActionAreaPoint &other, DBElement *owner, bool keepIds);
+    ActionAreaPoint(const Tables &tables, ManipulationAction *owner, int index,
+                    const QPointF &point);
+    ActionAreaPoint(const ActionAreaPoint &other, ManipulationAction *owner, bool keepIds);
     /// From the current row of the references of @p owner.
-    ActionAreaPoint(const Tables &tables, DBElement *owner, const DBElementData &parentData);
+    ActionAreaPoint(const Tables &tables, ManipulationAction *owner,
+                    const DBElementData &parentData);
 
     /// The position in the list of its action.
     [[nodiscard]] int pointInd() const { return pointInd_; }
@@ -36,12 +40,13 @@ public:
     bool operator==(const ActionAreaPoint &other) const;
 
     [[nodiscard]] int id() const override { return data.id(); }
+    /// Writes nothing, and returns 0, where the write of its action is lost.
     int submit(DB *db) override;
     bool erase() override;
 
 private:
     const char *ownerColumn;
-    DBElement *action;
+    ManipulationAction *action;
     int pointInd_ = 0;
     double x_ = 0.0;
     double y_ = 0.0;

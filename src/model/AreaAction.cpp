@@ -40,6 +40,7 @@ void AreaAction::load()
     data.loadReferences(traits.pointsTable, "PointInd");
     while (data.nextReference())
         area_.append(new ActionAreaPoint(tables(), this, data));
+    renumberPoints(0); // a damaged file may have gaps
     data.loadFinished();
 }
 
@@ -122,10 +123,10 @@ bool AreaAction::operator==(const ManipulationAction &other) const
 
 int AreaAction::submit(DB *db)
 {
-    if (isWriteLost(db))
+    DBElementData::Values row;
+    if (!submitInputs(db, {{"FromAction", fromAction_}}, &row))
         return 0;
-    const int ownRowId = data.submit(db, {}, present({{"FromAction", fromAction_}}), {}, area_);
-    return ManipulationAction::submit(db, traits.kind, ownRowId);
+    return ManipulationAction::submit(db, traits.kind, data.submit(db, {}, {}, row, area_));
 }
 
 bool AreaAction::erase()

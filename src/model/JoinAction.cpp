@@ -1,6 +1,6 @@
 #include "model/JoinAction.h"
 
-#include <cmath>
+#include "model/Tolerance.h"
 
 namespace Planaria {
 
@@ -58,6 +58,8 @@ ManipulationAction *JoinAction::removeFromManipulationNoRec()
 {
     if (!manipulation())
         return fromAction1_;
+    if (!fromAction1_)
+        std::swap(fromAction1_, fromAction2_); // a damaged file: what is left takes the place
     bypass(fromAction1_);
     removeActionFromManipulationRec(std::exchange(fromAction2_, nullptr));
     return std::exchange(fromAction1_, nullptr);
@@ -82,24 +84,20 @@ void JoinAction::accept(Visitor *visitor)
 
 bool JoinAction::operator==(const ManipulationAction &other) const
 {
-    constexpr double tolerance = 1e-12;
     const auto *join = dynamic_cast<const JoinAction *>(&other);
     return join && areEqual(fromAction1_, join->fromAction1_) &&
-           areEqual(fromAction2_, join->fromAction2_) &&
-           std::abs(vectX_ - join->vectX_) <= tolerance &&
-           std::abs(vectY_ - join->vectY_) <= tolerance && rot_ == join->rot_;
+           areEqual(fromAction2_, join->fromAction2_) && areClose(vectX_, join->vectX_) &&
+           areClose(vectY_, join->vectY_) && rot_ == join->rot_;
 }
 
 // --- The rows ---
 
 int JoinAction::submit(DB *db)
 {
-    if (isWriteLost(db))
+    DBElementData::Values row{{"VectX", vectX_}, {"VectY", vectY_}, {"Rot", rot_}};
+    if (!submitInputs(db, {{"FromAction1", fromAction1_}, {"FromAction2", fromAction2_}}, &row))
         return 0;
-    const DBElementData::References inputs =
-        present({{"FromAction1", fromAction1_}, {"FromAction2", fromAction2_}});
-    const DBElementData::Values values{{"VectX", vectX_}, {"VectY", vectY_}, {"Rot", rot_}};
-    return ManipulationAction::submit(db, Kind::Join, data.submit(db, inputs, values));
+    return ManipulationAction::submit(db, Kind::Join, data.submit(db, row));
 }
 
 bool JoinAction::erase()

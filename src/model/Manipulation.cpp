@@ -1,5 +1,6 @@
 #include "model/Manipulation.h"
 
+#include "db/DB.h"
 #include "model/CropAction.h"
 #include "model/IrradiationAction.h"
 #include "model/JoinAction.h"
@@ -19,6 +20,15 @@ constexpr auto table = "Manipulation";
 
 /// Trees of people have some ten actions; each level costs stack, in drawing most of all.
 constexpr int deepest = 500;
+
+/// Whether there is something to take the place of @p action.
+bool hasInput(const ManipulationAction *action)
+{
+    if (const auto *area = dynamic_cast<const AreaAction *>(action))
+        return area->fromAction();
+    const auto *join = dynamic_cast<const JoinAction *>(action);
+    return join && (join->fromAction1() || join->fromAction2());
+}
 
 } // namespace
 
@@ -68,6 +78,7 @@ void Manipulation::copy(const Manipulation &other)
 void Manipulation::copy(const Manipulation &other, bool keepIds)
 {
     name_ = other.name_;
+    sharedRows = keepIds ? other.sharedRows : QSet<int>();
     rootAction_ = ManipulationAction::copyAction(other.rootAction_, this, nullptr, keepIds);
 }
 
@@ -92,16 +103,18 @@ void Manipulation::load()
 
 ManipulationAction *Manipulation::loadAction(int id, ManipulationAction *toAction)
 {
-    using Kind = ManipulationAction::Kind;
-
-    if (id < 1 || !data.db() || loadDepth >= deepest || loadedRows.contains(id))
+    if (loadedRows.contains(id)) {
+        if (toAction && toAction->actionRecord().id() != id)
+            sharedRows.insert(id);
+        return nullptr;
+    }
+    if (id < 1 || !data.db() || loadDepth >= deepest)
         return nullptr;
     loadedRows.insert(id);
     ++loadDepth;
     ManipulationAction *action = nullptr;
     data.loadExtElement("ManipulationAction", id);
-    for (const Kind kind :
-         {Kind::Morphology, Kind::Remove, Kind::Crop, Kind::Join, Kind::Irradiation}) {
+    for (const ManipulationAction::Kind kind : ManipulationAction::allKinds) {
         if (const int ownRowId = rowId(data.loadExtValue(static_cast<int>(kind)))) {
             action = newAction(kind, toAction, ownRowId, id);
             break;
@@ -119,6 +132,9 @@ ManipulationAction *Manipulation::newAction(ManipulationAction::Kind kind,
     using Kind = ManipulationAction::Kind;
 
     DB *db = data.db();
+    // Without it no column of the action is known, and none could be written.
+    if (!db->rowCursor(QLatin1String(ManipulationAction::table(kind)), ownRowId)->next())
+        return nullptr;
     switch (kind) {
     case Kind::Morphology:
         return new MorphologyAction(toAction, this, ownRowId, actionRowId, db);
@@ -187,7 +203,9 @@ bool Manipulation::removeAction(ManipulationAction *action)
     if (!actions_.contains(action))
         return false;
     const bool isRoot = action == rootAction_;
-    if (dynamic_cast<MorphologyAction *>(action) && (action->toAction() || isRoot))
+    if ((action->toAction() || isRoot) && !hasInput(action))
+        return false;
+    if (sharedRows.contains(action->actionRecord().id()))
         return false;
 
     ManipulationAction *replacement = action->removeFromManipulationNoRec();

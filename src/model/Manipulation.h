@@ -56,8 +56,10 @@ public:
     JoinAction *addJoinAction(ManipulationAction *action, Morphology *morphology);
 
     /// Takes @p action out of the tree and keeps what lies before it, of a join only what lies
-    /// before its first input. A leaf stays, and false is returned, as for an action that is not of
-    /// this manipulation.
+    /// before its first input, or before its second where the first is missing. False is returned,
+    /// and nothing changed, for an action that is not of this manipulation and for one that has to
+    /// stay: a leaf, one whose inputs are missing, and, as it was loaded, one that a missing input
+    /// of another still names in the file.
     bool removeAction(ManipulationAction *action);
     /// Takes all actions out; they are erased at the next submit.
     void removeAndDeleteAll();
@@ -98,6 +100,7 @@ private:
     DBElementData data;
 
     QSet<int> loadedRows; // of `ManipulationAction`, during a load
+    QSet<int> sharedRows; // of `ManipulationAction`: some null input still names them in the file
     int loadDepth = 0;
     bool isSubmitting = false;
 };

@@ -3,19 +3,11 @@
 #include "db/DB.h"
 #include "model/Manipulation.h"
 
-#include <array>
-
 namespace Planaria {
 
 namespace {
 
 constexpr auto actionTable = "ManipulationAction";
-
-constexpr std::array kinds{
-    ManipulationAction::Kind::Morphology,  ManipulationAction::Kind::Remove,
-    ManipulationAction::Kind::Crop,        ManipulationAction::Kind::Join,
-    ManipulationAction::Kind::Irradiation,
-};
 
 } // namespace
 
@@ -66,7 +58,7 @@ int ManipulationAction::submit(DB *db, Kind kind, int ownRowId)
     if (ownRowId < 1 || isWriteLost(db))
         return 0;
     DBElementData::Values columns;
-    for (const Kind each : kinds)
+    for (const Kind each : allKinds)
         columns.insert(table(each), each == kind ? QVariant(ownRowId) : QVariant());
     return data.submit(db, columns);
 }
@@ -74,6 +66,17 @@ int ManipulationAction::submit(DB *db, Kind kind, int ownRowId)
 bool ManipulationAction::isWriteLost(const DB *db) const
 {
     return manipulation_ && manipulation_->isSubmitting && !db->inTransaction();
+}
+
+bool ManipulationAction::submitInputs(DB *db, const DBElementData::References &inputs,
+                                      DBElementData::Values *row) const
+{
+    if (isWriteLost(db))
+        return false;
+    const DBElementData::References found = present(inputs);
+    for (auto input = found.cbegin(); input != found.cend(); ++input)
+        row->insert(input.key(), input.value()->submit(db));
+    return !isWriteLost(db);
 }
 
 DBElementData::References ManipulationAction::present(const DBElementData::References &references)

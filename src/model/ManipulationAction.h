@@ -2,6 +2,8 @@
 
 #include "db/DBElementData.h"
 
+#include <array>
+
 namespace Planaria {
 
 class CropAction;
@@ -26,6 +28,9 @@ public:
     /// Numbered as the columns of `ManipulationAction` that tell the concrete class. Of several
     /// that are set (a damaged file) the first counts.
     enum class Kind { Morphology = 1, Remove, Crop, Join, Irradiation };
+
+    static constexpr std::array allKinds{Kind::Morphology, Kind::Remove, Kind::Crop, Kind::Join,
+                                         Kind::Irradiation};
 
     class Visitor
     {
@@ -77,6 +82,10 @@ public:
     /// The row in `ManipulationAction`, which other rows refer to.
     [[nodiscard]] const DBElementData &actionRecord() const { return data; }
 
+    /// Whether the write that this action is part of has been rolled back already. What was
+    /// written now would stay in the file by itself.
+    [[nodiscard]] bool isWriteLost(const DB *db) const;
+
     /// Takes this action out of its tree and keeps what lies before it; see
     /// Manipulation::removeAction().
     bool removeFromManipulation();
@@ -96,9 +105,11 @@ protected:
     /// class.
     /// @return its id; below 1 after a failure
     int submit(DB *db, Kind kind, int ownRowId);
-    /// Whether the write that this action is part of has been rolled back already. What was
-    /// written now would stay in the file, and nothing would point to it.
-    bool isWriteLost(const DB *db) const;
+    /// Writes those of @p inputs that are there, and puts their ids into @p row. They go before the
+    /// row, not along with it: where one fails, the row must not be written any more.
+    /// @return whether the write goes on
+    bool submitInputs(DB *db, const DBElementData::References &inputs,
+                      DBElementData::Values *row) const;
 
     /// Those of @p references that are there.
     static DBElementData::References present(const DBElementData::References &references);

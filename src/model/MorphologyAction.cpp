@@ -91,15 +91,12 @@ bool MorphologyAction::operator==(const ManipulationAction &other) const
 
 int MorphologyAction::submit(DB *db)
 {
-    if (isWriteLost(db))
-        return 0;
     // One without a name is not there: what stands in the file in its place is left alone.
     const bool isThere = morphology_ && !morphology_->name().isNull();
-    DBElementData::References references;
-    if (isThere)
-        references.insert("Morphology", morphology_.get());
-    const int ownRowId = data.submit(db, references, DBElementData::Values());
-    return ManipulationAction::submit(db, Kind::Morphology, ownRowId);
+    DBElementData::Values row;
+    if (!submitInputs(db, {{"Morphology", isThere ? morphology_.get() : nullptr}}, &row))
+        return 0;
+    return ManipulationAction::submit(db, Kind::Morphology, data.submit(db, row));
 }
 
 bool MorphologyAction::erase()

@@ -12,6 +12,7 @@
 #include "morphology/MorphologyItem.h"
 #include "support/DrawnProduct.h"
 #include "support/DrawnWorm.h"
+#include "support/TemporaryLibrary.h"
 #include "widgets/GuiConfig.h"
 
 #include <QGraphicsItemGroup>
@@ -62,6 +63,19 @@ QPolygonF rectangle(double left, double top, double width, double height)
     QPolygonF corners(QRectF(left, top, width, height));
     corners.removeLast();
     return corners;
+}
+
+/// Joins a head to the tree. @param isBody the tree is grafted onto the head
+void addHead(Manipulation *manipulation, bool isBody)
+{
+    auto head = lopsidedHead();
+    head->setName(QStringLiteral("head %1").arg(manipulation->actions().size()));
+    JoinAction *join = manipulation->addJoinAction(manipulation->rootAction(), head.release());
+    if (isBody) {
+        ManipulationAction *tree = join->fromAction1();
+        join->setFromAction1(join->fromAction2());
+        join->setFromAction2(tree);
+    }
 }
 
 QImage drawnWorm(const Morphology &worm)
@@ -134,6 +148,33 @@ constexpr std::array areaActions{
     DrawnArea{"irradiation", addAtTheRoot<IrradiationAction, &Manipulation::addIrradiationAction>},
 };
 
+/// The levels of a tree that are loaded from a file.
+constexpr int deepest = 500;
+
+/// A tree of so many @p levels, the leaf included. Of joins, @p kind "join" is one graft after the
+/// other on the same body; "graft" grafts all that is done onto a new body each time.
+std::unique_ptr<Manipulation> chainOf(const QString &kind, int levels)
+{
+    auto manipulation = manipulationOf(wildType());
+    manipulation->setName("chain");
+    for (int level = 1; level < levels; ++level) {
+        ManipulationAction *root = manipulation->rootAction();
+        const double shift = level % 5;
+        if (kind == "remove")
+            setArea(manipulation->addRemoveAction(root),
+                    rectangle(-100.0, 20.0 + shift, 200.0, 20.0));
+        else if (kind == "crop")
+            setArea(manipulation->addCropAction(root),
+                    rectangle(-100.0 + shift, 50.0, 200.0, 100.0));
+        else if (kind == "irradiation")
+            setArea(manipulation->addIrradiationAction(root),
+                    rectangle(-100.0, 20.0 + shift, 200.0, 20.0));
+        else
+            addHead(manipulation.get(), kind == "graft");
+    }
+    return manipulation;
+}
+
 } // namespace
 
 class ManipulationItemTest final : public QObject
@@ -170,6 +211,8 @@ private slots:
     void gapsInTheTreeAreDrawnAsNothing();
     void numbersThatCannotBeDrawnDoNoHarm();
     void drawsTheDeepestTreeThatIsLoaded();
+    void drawsTreesAsDeepAsTheyAreLoaded_data();
+    void drawsTreesAsDeepAsTheyAreLoaded();
     void isBuiltBelowAnItemThatIsShown();
     void needsItsTreeNoMore();
 };
@@ -234,7 +277,7 @@ void ManipulationItemTest::areaWithoutExtentHoldsNothing()
     if (qstrcmp(areaActions[action].name, "crop") == 0)
         QCOMPARE(inkedPixels(image), 0);
     else if (qstrcmp(areaActions[action].name, "remove") == 0)
-        QCOMPARE(pixelsOffTheEdges(image, drawnWorm(*wildType())), 0);
+        QCOMPARE(coloursOffTheEdges(image, drawnWorm(*wildType())), 0);
     else
         QCOMPARE(image, drawnWorm(*wildType()));
 }
@@ -260,7 +303,7 @@ void ManipulationItemTest::cutBesideTheWormTakesNothing()
     const auto manipulation = manipulationOf(wildType());
     setArea(manipulation->addRemoveAction(manipulation->rootAction()),
             rectangle(100.0, -50.0, 100.0, 100.0));
-    QCOMPARE(pixelsOffTheEdges(drawnProduct(*manipulation), drawnWorm(*wildType())), 0);
+    QCOMPARE(coloursOffTheEdges(drawnProduct(*manipulation), drawnWorm(*wildType())), 0);
 }
 
 void ManipulationItemTest::whatIsGoneStaysGone()
@@ -351,13 +394,16 @@ void ManipulationItemTest::cutBehindAJoinCutsBothWorms()
 void ManipulationItemTest::irradiationMarksTheWormAlone()
 {
     const auto manipulation = manipulationOf(wildType());
-    setArea(manipulation->addIrradiationAction(manipulation->rootAction()),
-            rectangle(-100.0, -100.0, 200.0, 60.0));
+    const QPolygonF corners = rectangle(-100.0, -100.0, 200.0, 60.0);
+    setArea(manipulation->addIrradiationAction(manipulation->rootAction()), corners);
 
     const QImage plain = drawnWorm(*wildType());
     const QImage image = drawnProduct(*manipulation);
     QCOMPARE(pixelsOffTheEdges(image, plain), 0);
-    QCOMPARE(pixel(image, {20.0, 60.0}), pixel(plain, {20.0, 60.0}));
+    const QImage marks = differenceOf(image, plain);
+    const QPainterPath place = outlineOf(*wildType()).intersected(pathOf(corners));
+    QCOMPARE(pixelsOffTheEdges(marks, drawnOutline(place)), 0);
+    QVERIFY(inkedPixels(marks) > 5000);
     const QColor marked = pixel(image, {20.0, -70.0});
     QVERIFY(marked != pixel(plain, {20.0, -70.0}));
     QVERIFY(marked.blue() < marked.red());
@@ -552,6 +598,38 @@ void ManipulationItemTest::drawsTheDeepestTreeThatIsLoaded()
     const qsizetype whole = inkedPixels(drawnWorm(*wildType()));
     QVERIFY(left < whole - 3000);
     QVERIFY(left > whole - 9000);
+}
+
+void ManipulationItemTest::drawsTreesAsDeepAsTheyAreLoaded_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("levels");
+    for (const char *kind : {"remove", "crop", "irradiation", "graft"})
+        QTest::addRow("%s", kind) << kind << deepest;
+    for (const char *kind : {"remove", "crop", "irradiation", "join"})
+        QTest::addRow("%s, too many", kind) << kind << deepest + 100;
+}
+
+void ManipulationItemTest::drawsTreesAsDeepAsTheyAreLoaded()
+{
+    QFETCH(QString, kind);
+    QFETCH(int, levels);
+    TemporaryLibrary library;
+    library.run("PRAGMA synchronous = OFF");
+    QCOMPARE(chainOf(kind, levels)->submit(library.db()), 1);
+    const Manipulation manipulation(1, library.db());
+    QVERIFY(manipulation.actions().size() >= deepest);
+
+    ManipulationItem item(manipulation.rootAction());
+    const QImage image = drawn(&item, window);
+    if (levels == deepest)
+        QCOMPARE(pixel(image, {20.0, 100.0}).alpha(), 255); // of the worm at the far end
+    // Without that worm there is nothing to cut or to mark; what is joined is there.
+    const bool isJoin = kind == "join" || kind == "graft";
+    QCOMPARE(inkedPixels(image) > 0, isJoin || levels == deepest);
+    QCOMPARE(item.shape().isEmpty(), item.boundingRect().isEmpty());
+    if (!isJoin && kind != "irradiation")
+        QCOMPARE(pixel(image, {20.0, 30.0}).alpha(), 0);
 }
 
 void ManipulationItemTest::isBuiltBelowAnItemThatIsShown()

@@ -44,6 +44,11 @@ QString actionRow(const char *action)
     return rows.value(action);
 }
 
+constexpr auto lostLeaf = "DELETE FROM MorphologyAction WHERE Morphology = (SELECT Id FROM "
+                          "Morphology WHERE Name = 'body')";
+constexpr auto wormWithoutId = "UPDATE MorphologyAction SET Morphology = 0 WHERE Morphology = "
+                               "(SELECT Id FROM Morphology WHERE Name = 'body')";
+
 /// Every value in the tables of manipulations and worms.
 QStringList content(TemporaryLibrary *library)
 {
@@ -82,6 +87,8 @@ private slots:
     void anotherWormReplacesALostOne();
     void removingTheDamagedJoinMendsTheTree();
     void copyOfADamagedTreeIsNotWritten();
+    void pointsWithGapsKeepTheirOrderOverAnEdit();
+    void firstOfSeveralKindsCounts_data();
     void firstOfSeveralKindsCounts();
     void endsATreeThatIsDeeperThanAnyone();
     void endsATreeThatDoublesAtEachStep();
@@ -125,55 +132,60 @@ void DamagedManipulationsTest::addDamages()
 {
     QTest::addColumn<QString>("statement");
     QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QStringList>("rest"); // once all that can be removed is
 
     const QString crop = "crop 0:(5, 6)";
     const QString join = ' ' + joinLine();
     const QStringList cut{"  remove 0:(1, 2)", "   morphology body"};
+    const QStringList cutOfNothing{"  remove 0:(1, 2)", "   nothing"};
+    const QStringList cutOfNoWorm{"  remove 0:(1, 2)", "   morphology "};
     const QStringList graft{"  irradiation 0:(3, 4)", "   morphology graft"};
-    const auto add = [](const char *name, const QString &statement, const QStringList &lines) {
-        QTest::newRow(name) << statement << lines;
+    const QStringList whole = QStringList{crop, join} + cut + graft;
+    const QStringList withoutBody = QStringList{crop, join, "  nothing"} + graft;
+    const QStringList cutOffCrop{crop, " nothing"};
+    const QStringList cutOffCut{"remove 0:(1, 2)", " nothing"};
+    const auto add = [](const char *name, const QString &statement, const QStringList &lines,
+                        const QStringList &rest) {
+        QTest::newRow(name) << statement << lines << rest;
     };
 
-    add("nothing", "SELECT 1", QStringList{crop, join} + cut + graft);
+    add("nothing", "SELECT 1", whole, {"morphology body"});
     add("action that feeds itself", "UPDATE CropAction SET FromAction = " + actionRow("crop"),
-        {crop, " nothing"});
+        cutOffCrop, cutOffCrop);
     add("join that feeds itself", "UPDATE JoinAction SET FromAction1 = " + actionRow("join"),
-        QStringList{crop, join, "  nothing"} + graft);
+        withoutBody, {"morphology graft"});
     add("circle of three", "UPDATE RemoveAction SET FromAction = " + actionRow("crop"),
-        QStringList{crop, join, "  remove 0:(1, 2)", "   nothing"} + graft);
+        QStringList{crop, join} + cutOfNothing + graft, {crop, " remove 0:(1, 2)", "  nothing"});
     add("action that two share", "UPDATE JoinAction SET FromAction2 = FromAction1",
-        QStringList{crop, join} + cut + QStringList{"  nothing"});
+        QStringList{crop, join} + cut + QStringList{"  nothing"},
+        {"remove 0:(1, 2)", " morphology body"});
     add("action that is missing", "DELETE FROM ManipulationAction WHERE RemoveAction = 1",
-        QStringList{crop, join, "  nothing"} + graft);
+        withoutBody, {"morphology graft"});
     add("id beyond all", "UPDATE RemoveAction SET FromAction = 9000000000000000000",
-        QStringList{crop, join, "  remove 0:(1, 2)", "   nothing"} + graft);
+        QStringList{crop, join} + cutOfNothing + graft, cutOffCut);
     add("negative id", "UPDATE RemoveAction SET FromAction = -1",
-        QStringList{crop, join, "  remove 0:(1, 2)", "   nothing"} + graft);
-    add("root that is missing", "UPDATE Manipulation SET RootAction = 99", {"nothing"});
+        QStringList{crop, join} + cutOfNothing + graft, cutOffCut);
+    add("root that is missing", "UPDATE Manipulation SET RootAction = 99", {"nothing"},
+        {"nothing"});
     add("action without a kind",
-        "UPDATE ManipulationAction SET RemoveAction = NULL WHERE RemoveAction = 1",
-        QStringList{crop, join, "  nothing"} + graft);
+        "UPDATE ManipulationAction SET RemoveAction = NULL WHERE RemoveAction = 1", withoutBody,
+        {"morphology graft"});
     add("action of kinds without a row",
         "UPDATE ManipulationAction SET MorphologyAction = 0, RemoveAction = 0, CropAction = 0, "
         "JoinAction = 0, IrradiationAction = 0 WHERE RemoveAction = 1",
-        QStringList{crop, join, "  nothing"} + graft);
-    add("cut that is missing", "DELETE FROM RemoveAction",
-        QStringList{crop, join, "  remove 0:(1, 2)", "   nothing"} + graft);
-    add("join that is missing", "DELETE FROM JoinAction", {crop, join, "  nothing", "  nothing"});
-    add("leaf that is missing",
-        "DELETE FROM MorphologyAction WHERE Morphology = (SELECT Id FROM Morphology "
-        "WHERE Name = 'body')",
-        QStringList{crop, join, "  remove 0:(1, 2)", "   morphology "} + graft);
+        withoutBody, {"morphology graft"});
+    add("cut that is missing", "DELETE FROM RemoveAction", withoutBody, {"morphology graft"});
+    add("join that is missing", "DELETE FROM JoinAction", cutOffCrop, cutOffCrop);
+    add("leaf that is missing", lostLeaf, QStringList{crop, join} + cutOfNothing + graft,
+        cutOffCut);
     add("worm that is missing", "DELETE FROM Morphology WHERE Name = 'body'",
-        QStringList{crop, join, "  remove 0:(1, 2)", "   morphology "} + graft);
-    add("worm without an id",
-        "UPDATE MorphologyAction SET Morphology = 0 WHERE Morphology = (SELECT Id FROM "
-        "Morphology WHERE Name = 'body')",
-        QStringList{crop, join, "  remove 0:(1, 2)", "   morphology "} + graft);
+        QStringList{crop, join} + cutOfNoWorm + graft, {"morphology "});
+    add("worm without an id", wormWithoutId, QStringList{crop, join} + cutOfNoWorm + graft,
+        {"morphology "});
     add("numbers that are none", "UPDATE CropActionAreaPoint SET PointX = 'x', PointInd = 'y'",
-        QStringList{"crop 0:(0, 6)", join} + cut + graft);
-    add("point numbers with gaps", "UPDATE CropActionAreaPoint SET PointInd = 7",
-        QStringList{"crop 7:(5, 6)", join} + cut + graft);
+        QStringList{"crop 0:(0, 6)", join} + cut + graft, {"morphology body"});
+    add("point numbers with gaps", "UPDATE CropActionAreaPoint SET PointInd = 7", whole,
+        {"morphology body"});
 }
 
 void DamagedManipulationsTest::showsWhatMakesSense()
@@ -205,15 +217,21 @@ void DamagedManipulationsTest::canBeLookedAtWithoutAChangeOfTheFile()
 void DamagedManipulationsTest::canBeTakenApart()
 {
     damage();
+    const QStringList broken = library->brokenReferences();
     const auto manipulation = loaded();
     for (ManipulationAction *action : QList(manipulation->actions()))
         manipulation->addCropAction(action);
     for (ManipulationAction *action : QList(manipulation->actions()))
         manipulation->removeAction(action);
-    for (const ManipulationAction *action : manipulation->actions())
-        QCOMPARE(kindOf(action), QStringLiteral("morphology"));
+    QTEST(manipulationLines(*manipulation, Ids::Without).mid(1), "rest");
+
+    QCOMPARE(manipulation->submit(library->db()), 1);
+    QCOMPARE(firstDifference(*loaded(), *manipulation), QString());
+    for (const QString &reference : library->brokenReferences())
+        QVERIFY2(broken.contains(reference), qPrintable(reference));
+
     manipulation->removeAndDeleteAll();
-    QVERIFY(manipulation->actions().size() <= 1);
+    QVERIFY(manipulation->actions().isEmpty());
 }
 
 void DamagedManipulationsTest::canBeErased()
@@ -240,9 +258,10 @@ void DamagedManipulationsTest::renamingLeavesTheDamageAlone_data()
     add("input of a join that is missing", "UPDATE JoinAction SET FromAction2 = 99");
     add("root that is missing", "UPDATE Manipulation SET RootAction = 99");
     add("worm that is missing", "DELETE FROM Morphology WHERE Name = 'body'");
-    add("worm without an id",
-        "UPDATE MorphologyAction SET Morphology = 0 WHERE Morphology = (SELECT Id FROM "
-        "Morphology WHERE Name = 'body')");
+    add("worm without an id", wormWithoutId);
+    add("cut that is missing", "DELETE FROM RemoveAction");
+    add("join that is missing", "DELETE FROM JoinAction");
+    add("leaf that is missing", lostLeaf);
 }
 
 void DamagedManipulationsTest::renamingLeavesTheDamageAlone()
@@ -295,19 +314,51 @@ void DamagedManipulationsTest::copyOfADamagedTreeIsNotWritten()
     QCOMPARE(content(library.get()), before);
 }
 
+void DamagedManipulationsTest::pointsWithGapsKeepTheirOrderOverAnEdit()
+{
+    damage({"INSERT INTO CropActionAreaPoint (CropAction, PointInd, PointX, PointY) "
+            "VALUES (1, 5, 7, 8), (1, 9, 9, 10)"});
+    const QVector<QPointF> corners{{5.0, 6.0}, {7.0, 8.0}, {9.0, 10.0}, {11.0, 12.0}};
+    const auto manipulation = loaded();
+    auto *crop = dynamic_cast<CropAction *>(manipulation->rootAction());
+    crop->addAreaPoint(corners.last());
+    QCOMPARE(crop->calcAreaVector(), corners);
+    QCOMPARE(manipulation->submit(library->db()), 1);
+
+    const auto again = loaded();
+    QCOMPARE(dynamic_cast<CropAction *>(again->rootAction())->calcAreaVector(), corners);
+    QCOMPARE(rows(library.get(), "SELECT PointInd, PointX FROM CropActionAreaPoint"),
+             (QStringList{"0 5", "1 7", "2 9", "3 11"}));
+}
+
+void DamagedManipulationsTest::firstOfSeveralKindsCounts_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<QString>("laterKind");
+    QTest::newRow("morphology before remove") << "body"
+                                              << "RemoveAction";
+    QTest::newRow("remove before crop") << "cut"
+                                        << "CropAction";
+    QTest::newRow("crop before join") << "crop"
+                                      << "JoinAction";
+    QTest::newRow("join before irradiation") << "join"
+                                             << "IrradiationAction";
+}
+
 void DamagedManipulationsTest::firstOfSeveralKindsCounts()
 {
-    library->run("UPDATE ManipulationAction SET CropAction = 1, JoinAction = 1 "
-                 "WHERE RemoveAction = 1");
-    const auto manipulation = loaded();
-    QCOMPARE(kindOf(dynamic_cast<JoinAction *>(manipulation->actions().at(1))->fromAction1()),
-             QStringLiteral("remove"));
+    QFETCH(QString, action);
+    QFETCH(QString, laterKind);
+    const QStringList sound = content(library.get());
+    const QStringList lines = manipulationLines(*loaded(), Ids::With);
+    library->run(QStringLiteral("UPDATE ManipulationAction SET %1 = 1 WHERE Id = %2")
+                     .arg(laterKind, actionRow(qPrintable(action))));
+    QVERIFY(content(library.get()) != sound);
 
-    manipulation->submit(library->db());
-    QCOMPARE(rows(library.get(), "SELECT MorphologyAction, CropAction, JoinAction, "
-                                 "IrradiationAction FROM ManipulationAction "
-                                 "WHERE RemoveAction = 1"),
-             QStringList{"NULL NULL NULL NULL"});
+    const auto manipulation = loaded();
+    QCOMPARE(manipulationLines(*manipulation, Ids::With), lines);
+    QCOMPARE(manipulation->submit(library->db()), 1);
+    QCOMPARE(content(library.get()), sound);
 }
 
 void DamagedManipulationsTest::endsATreeThatIsDeeperThanAnyone()
@@ -332,8 +383,13 @@ void DamagedManipulationsTest::endsATreeThatIsDeeperThanAnyone()
                          "WHERE Id > 1000")
                  .toInt(),
              1000);
+    // The last one that was loaded has an input in the file alone.
+    QVERIFY(!manipulation->removeAction(manipulation->actions().last()));
+    QVERIFY(manipulation->removeAction(manipulation->rootAction()));
+    QCOMPARE(manipulation->submit(library->db()), 1);
+    QCOMPARE(library->value("SELECT RootAction FROM Manipulation").toInt(), 100999);
     manipulation->removeAndDeleteAll();
-    QCOMPARE(manipulation->record().removedReferences().size(), depth);
+    QCOMPARE(manipulation->record().removedReferences().size(), depth - 1);
 }
 
 void DamagedManipulationsTest::endsATreeThatDoublesAtEachStep()

@@ -11,6 +11,7 @@
 #include <QTest>
 
 #include <array>
+#include <limits>
 
 using namespace Planaria;
 
@@ -48,6 +49,7 @@ struct Change
 
 constexpr double below = 1e-13;
 constexpr double above = 1e-11;
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 MorphologyAction *body(Subject *subject)
 {
@@ -127,6 +129,7 @@ private slots:
     void changesCountAsTheyShould();
     void listedActionsCountAlsoOutsideTheTree();
     void treesWithTheSameGapsAreEqual();
+    void infinityIsEqualToItself();
     void actionsOfDifferentClassesDiffer();
 };
 
@@ -173,6 +176,24 @@ void ManipulationEqualityTest::treesWithTheSameGapsAreEqual()
     QVERIFY(!(one.manipulation == other.manipulation));
     other.manipulation.removeAndDeleteAll();
     QVERIFY(one.manipulation == other.manipulation);
+}
+
+void ManipulationEqualityTest::infinityIsEqualToItself()
+{
+    Subject infinite;
+    infinite.join->setVectX(infinity);
+    infinite.join->setVectY(-infinity);
+    infinite.join->setRot(infinity);
+    infinite.cut->setAreaPoint(0, {-infinity, infinity});
+    QVERIFY(infinite.manipulation == infinite.manipulation);
+    QVERIFY(Manipulation(infinite.manipulation, false) == infinite.manipulation);
+
+    Subject other;
+    QVERIFY(!(infinite.manipulation == other.manipulation));
+    other.manipulation.copy(infinite.manipulation);
+    QVERIFY(other.manipulation == infinite.manipulation);
+    dynamic_cast<JoinAction *>(other.manipulation.rootAction())->setVectX(-infinity);
+    QVERIFY(!(infinite.manipulation == other.manipulation));
 }
 
 void ManipulationEqualityTest::actionsOfDifferentClassesDiffer()

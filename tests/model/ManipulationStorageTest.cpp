@@ -13,6 +13,7 @@
 
 #include <QTest>
 
+#include <array>
 #include <limits>
 
 using namespace Planaria;
@@ -44,6 +45,57 @@ template <typename Action> Action *firstOf(const Manipulation &manipulation)
     }
     return nullptr;
 }
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+/// The stored worm of name "plain graft", changed so that writing it fails after its own row.
+std::unique_ptr<Morphology> graftThatCannotBeWritten(DB *db)
+{
+    auto worm =
+        std::make_unique<Morphology>(db->existId("Morphology", "Name", "plain graft"), db, false);
+    worm->addRegion(headType())->setParams({notANumber, 1.0, 1.0, 1.0});
+    return worm;
+}
+
+/// Changes of a stored plainManipulation() that cannot be written, along with others that could.
+struct Failure
+{
+    const char *name;
+    void (*apply)(Manipulation *manipulation, DB *db);
+};
+
+constexpr std::array failures{
+    Failure{"number of a join",
+            [](Manipulation *manipulation, DB *) {
+                manipulation->removeAction(firstOf<CropAction>(*manipulation));
+                manipulation->addCropAction(manipulation->rootAction());
+                firstOf<JoinAction>(*manipulation)->setRot(notANumber);
+            }},
+    Failure{"first point of an area",
+            [](Manipulation *manipulation, DB *) {
+                auto *cut = firstOf<RemoveAction>(*manipulation);
+                cut->setAreaPoint(0, {notANumber, 0.0});
+                cut->setAreaPoint(1, {30.0, 40.0});
+                cut->addAreaPoint({50.0, 60.0});
+            }},
+    Failure{"input of an area",
+            [](Manipulation *manipulation, DB *) {
+                firstOf<JoinAction>(*manipulation)->setRot(notANumber);
+                auto *irradiation = firstOf<IrradiationAction>(*manipulation);
+                irradiation->setAreaPoint(0, {30.0, 40.0});
+                irradiation->addAreaPoint({50.0, 60.0}, 0);
+            }},
+    Failure{"worm of a new leaf",
+            [](Manipulation *manipulation, DB *db) {
+                manipulation->addJoinAction(manipulation->rootAction(),
+                                            graftThatCannotBeWritten(db).release());
+            }},
+    Failure{"other worm of a leaf",
+            [](Manipulation *manipulation, DB *db) {
+                dynamic_cast<MorphologyAction *>(firstOf<RemoveAction>(*manipulation)->fromAction())
+                    ->setMorphology(graftThatCannotBeWritten(db).release());
+            }},
+};
 
 /// The tables into which @p statements insert, in order.
 QStringList insertedInto(const QStringList &statements)
@@ -99,6 +151,7 @@ private slots:
     void writesNothingOfATreeThatFails_data();
     void writesNothingOfATreeThatFails();
     void writesNoLeafBesideABranchThatFails();
+    void failedRewriteLeavesTheFileAsItWas_data();
     void failedRewriteLeavesTheFileAsItWas();
     void writesNothingWithoutARoot();
 
@@ -464,9 +517,9 @@ void ManipulationStorageTest::writesNothingOfATreeThatFails()
         manipulation->addJoinAction(join->fromAction1(), named("third").release());
         manipulation->addJoinAction(join->fromAction2(), named("fourth").release());
     }
-    constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
     if (failure == "name is taken")
         manipulation->setName("present");
+    worms.first()->setName("body");
     if (failure == "number in the first branch")
         firstOf<RemoveAction>(*manipulation)->setAreaPoint(1, {0.0, notANumber});
     if (failure == "number in the second branch")
@@ -497,19 +550,28 @@ void ManipulationStorageTest::writesNoLeafBesideABranchThatFails()
     }
 }
 
+void ManipulationStorageTest::failedRewriteLeavesTheFileAsItWas_data()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < static_cast<int>(failures.size()); ++i)
+        QTest::newRow(failures[i].name) << i;
+}
+
 void ManipulationStorageTest::failedRewriteLeavesTheFileAsItWas()
 {
+    QFETCH(int, index);
     const auto written = plainManipulation();
     written->submit(library->db());
+    const QStringList before = rowsIn(library.get());
 
     const auto manipulation = loaded(1);
     manipulation->setName("renamed");
-    manipulation->removeAction(firstOf<CropAction>(*manipulation));
-    manipulation->addCropAction(manipulation->rootAction());
-    firstOf<JoinAction>(*manipulation)->setRot(std::numeric_limits<double>::quiet_NaN());
-    manipulation->submit(library->db());
+    failures[index].apply(manipulation.get(), library->db());
+    log.take();
+    QCOMPARE(manipulation->submit(library->db()), 1); // the row that it keeps
+    QVERIFY(!log.take().filter("ROLLBACK").isEmpty());
 
-    QCOMPARE(actionRowsIn(library.get()), actionRowsOf({written.get()}));
+    QCOMPARE(rowsIn(library.get()), before);
     QCOMPARE(firstDifference(*loaded(1), *written), QString());
 }
 

@@ -35,6 +35,13 @@ void addAreaKinds()
         QTest::newRow(kind) << kind;
 }
 
+void addPlaces()
+{
+    QTest::addColumn<bool>("isRoot");
+    QTest::newRow("at the root") << true;
+    QTest::newRow("in the middle") << false;
+}
+
 QStringList linesOf(const Manipulation &manipulation)
 {
     return manipulationLines(manipulation, Ids::Without).mid(1);
@@ -94,6 +101,10 @@ private slots:
     void removingAJoinKeepsItsFirstBranchAlone();
     void removingAnActionOfTheSecondBranchKeepsTheJoin();
     void keepsALeaf();
+    void keepsAnActionWithoutAnInput_data();
+    void keepsAnActionWithoutAnInput();
+    void removingAJoinWithoutABodyKeepsTheGraft_data();
+    void removingAJoinWithoutABodyKeepsTheGraft();
     void removesNothingThatIsNotItsOwn();
     void anActionRemovesItself();
     void removedBranchHasNoLinkLeft();
@@ -284,9 +295,7 @@ void ManipulationTest::removingAnActionTiesItsNeighbours()
 
 void ManipulationTest::removingAJoinKeepsItsFirstBranchAlone_data()
 {
-    QTest::addColumn<bool>("isRoot");
-    QTest::newRow("at the root") << true;
-    QTest::newRow("in the middle") << false;
+    addPlaces();
 }
 
 void ManipulationTest::removingAJoinKeepsItsFirstBranchAlone()
@@ -338,6 +347,56 @@ void ManipulationTest::keepsALeaf()
              (QStringList{joinLine(), " morphology body", " morphology graft"}));
     QCOMPARE(brokenLinks(manipulation), QStringList());
     QCOMPARE(queuedKinds(manipulation), QStringList());
+}
+
+void ManipulationTest::keepsAnActionWithoutAnInput_data()
+{
+    addPlaces();
+}
+
+void ManipulationTest::keepsAnActionWithoutAnInput()
+{
+    QFETCH(bool, isRoot);
+    Manipulation manipulation(named("body").release());
+    RemoveAction *cut = manipulation.addRemoveAction(manipulation.rootAction());
+    JoinAction *join = manipulation.addJoinAction(cut, named("graft").release());
+    if (!isRoot)
+        manipulation.addCropAction(join);
+    cut->setFromAction(nullptr);
+    QVERIFY(!manipulation.removeAction(cut));
+    join->setFromAction1(nullptr);
+    join->setFromAction2(nullptr);
+    const QStringList before = linesOf(manipulation);
+
+    QVERIFY(!manipulation.removeAction(join));
+    QCOMPARE(linesOf(manipulation), before);
+    QCOMPARE(queuedKinds(manipulation), QStringList());
+}
+
+void ManipulationTest::removingAJoinWithoutABodyKeepsTheGraft_data()
+{
+    addPlaces();
+}
+
+void ManipulationTest::removingAJoinWithoutABodyKeepsTheGraft()
+{
+    QFETCH(bool, isRoot);
+    Manipulation manipulation(named("body").release());
+    JoinAction *join = manipulation.addJoinAction(
+        manipulation.addCropAction(manipulation.rootAction()), named("graft").release());
+    manipulation.addIrradiationAction(join->fromAction2());
+    if (!isRoot)
+        manipulation.addRemoveAction(join);
+    join->setFromAction1(nullptr);
+
+    QVERIFY(manipulation.removeAction(join));
+    QStringList left{"irradiation", " morphology graft"};
+    if (!isRoot)
+        left = QStringList{"remove", " irradiation", "  morphology graft"};
+    QCOMPARE(linesOf(manipulation), left);
+    QCOMPARE(manipulation.rootAction()->toAction(), nullptr);
+    QCOMPARE(join->fromAction2(), nullptr);
+    QCOMPARE(queuedKinds(manipulation), QStringList{"join"});
 }
 
 void ManipulationTest::removesNothingThatIsNotItsOwn()

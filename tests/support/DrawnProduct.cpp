@@ -31,6 +31,19 @@ bool hasEdgeNear(const QImage &image, int x, int y)
     return false;
 }
 
+template <typename Differs>
+qsizetype countOffTheEdges(const QImage &one, const QImage &other, const Differs &differs)
+{
+    qsizetype count = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            if (differs(x, y) && !hasEdgeNear(one, x, y) && !hasEdgeNear(other, x, y))
+                ++count;
+        }
+    }
+    return count;
+}
+
 } // namespace
 
 QImage drawn(QGraphicsItem *item, const QRectF &window, double scale)
@@ -76,15 +89,27 @@ QRect inkedRect(const QImage &image)
 
 qsizetype pixelsOffTheEdges(const QImage &one, const QImage &other)
 {
-    qsizetype count = 0;
+    return countOffTheEdges(one, other,
+                            [&](int x, int y) { return hasInk(one, x, y) != hasInk(other, x, y); });
+}
+
+qsizetype coloursOffTheEdges(const QImage &one, const QImage &other)
+{
+    return countOffTheEdges(one, other,
+                            [&](int x, int y) { return one.pixel(x, y) != other.pixel(x, y); });
+}
+
+QImage differenceOf(const QImage &one, const QImage &other)
+{
+    QImage difference(one.size(), QImage::Format_ARGB32_Premultiplied);
+    difference.fill(Qt::transparent);
     for (int y = 0; y < one.height(); ++y) {
         for (int x = 0; x < one.width(); ++x) {
-            if (hasInk(one, x, y) != hasInk(other, x, y) && !hasEdgeNear(one, x, y) &&
-                !hasEdgeNear(other, x, y))
-                ++count;
+            if (one.pixel(x, y) != other.pixel(x, y))
+                difference.setPixelColor(x, y, Qt::black);
         }
     }
-    return count;
+    return difference;
 }
 
 } // namespace Planaria

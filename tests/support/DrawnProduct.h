@@ -27,4 +27,10 @@ QRect inkedRect(const QImage &image);
 /// though no edge is near: neither image changes from ink to none within two pixels of it.
 qsizetype pixelsOffTheEdges(const QImage &one, const QImage &other);
 
+/// The same for pixels that differ at all, in ink or in colour.
+qsizetype coloursOffTheEdges(const QImage &one, const QImage &other);
+
+/// Ink where two images of equal size differ at all.
+QImage differenceOf(const QImage &one, const QImage &other);
+
 } // namespace Planaria
