@@ -143,6 +143,7 @@ private slots:
     void editsAMorphologyForAllWhoShowIt();
 
     void takesTheNameWhenItsFieldIsLeft();
+    void takesTheNameAlsoWhereNoFocusCouldLeaveIt();
     void refusesAnEmptyName_data();
     void refusesAnEmptyName();
     void takesANewNameByAnyWayToOk_data();
@@ -502,6 +503,15 @@ void ManipulationFormTest::takesTheNameWhenItsFieldIsLeft()
     QVERIFY(open.form.isVisible());
 }
 
+void ManipulationFormTest::takesTheNameAlsoWhereNoFocusCouldLeaveIt()
+{
+    ManipulationForm form(manipulation.get(), library->db());
+    form.findChild<QLineEdit *>()->setText("Two cuts");
+    form.formAccepted();
+    QCOMPARE(form.result(), int(QDialog::Accepted));
+    QCOMPARE(manipulation->name(), "Two cuts");
+}
+
 void ManipulationFormTest::refusesAnEmptyName_data()
 {
     QTest::addColumn<bool>("stored");
@@ -579,9 +589,11 @@ void ManipulationFormTest::acceptsTheOldNameOfAStoredManipulationWithoutAQuestio
     open.type("Something else");
     open.type("Stored");
     statements.take();
+    const ModalAnswerer answerer;
     open.press(QDialogButtonBox::Ok);
     QVERIFY(open.isAccepted());
     QCOMPARE(statements.take(), QStringList());
+    QCOMPARE(answerer.problems(), QStringList());
 }
 
 // --- The way out ---
