@@ -1,14 +1,11 @@
 #include "distance/ComparedMorphologies.h"
 
 #include "db/BulkRead.h"
-#include "distance/DistAlgo.h"
+#include "distance/ShownDistance.h"
 #include "model/Morphology.h"
 
 #include <QProgressDialog>
 #include <QSqlQueryModel>
-
-#include <cmath>
-#include <limits>
 
 namespace Planaria {
 
@@ -38,10 +35,8 @@ bool ComparedMorphologies::compare(const Morphology &reference, const QSqlQueryM
     for (int row = 0; row < model.rowCount(); ++row) {
         const int id = model.data(model.index(row, 0)).toInt();
         auto morphology = std::make_unique<Morphology>(id, db, false);
-        const double distance = DistAlgo::dist(reference, *morphology);
-        // Without a number (a damaged file) a worm is far away, and the others keep their order.
-        results_.insert(std::isnan(distance) ? std::numeric_limits<double>::infinity() : distance,
-                        morphology.release());
+        const double distance = shownDistance(reference, *morphology);
+        results_.insert(distance, morphology.release());
         progress->setValue(row);
         if (progress->wasCanceled())
             return false;

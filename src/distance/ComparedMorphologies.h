@@ -30,15 +30,17 @@ public:
                                                         QWidget *parent);
 
     /// Compares @p reference with each row of @p model, whose column 0 holds the ids. A comparison
-    /// that has begun runs to its end.
+    /// that has begun runs to its end. The old results are deleted: nothing may show them when it
+    /// is called.
     /// @return false where the user aborts; what was found until then stays
     [[nodiscard]] bool compare(const Morphology &reference, const QSqlQueryModel &model,
                                QProgressDialog *progress);
 
     [[nodiscard]] const QMultiMap<double, Morphology *> &results() const { return results_; }
-    void clear();
 
 private:
+    void clear();
+
     DB *db;
     QMultiMap<double, Morphology *> results_;
 };

@@ -1,6 +1,7 @@
 #include "distance/MorphologyDistCompForm.h"
 
 #include "db/DB.h"
+#include "distance/ShownDistance.h"
 #include "model/Morphology.h"
 #include "morphology/MorphologyChooser.h"
 #include "morphology/MorphologyItem.h"
@@ -22,11 +23,6 @@ constexpr auto settingsGroup = "MorphologyDistCompForm";
 
 constexpr double leftMargin = 20.0;
 constexpr double gap = 30.0;
-
-QString distanceText(double distance)
-{
-    return QStringLiteral("%1").arg(distance, 0, 'f', 2);
-}
 
 } // namespace
 

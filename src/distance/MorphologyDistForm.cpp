@@ -1,7 +1,7 @@
 #include "distance/MorphologyDistForm.h"
 
 #include "db/DB.h"
-#include "distance/DistAlgo.h"
+#include "distance/ShownDistance.h"
 #include "model/Morphology.h"
 #include "morphology/MorphologyChooser.h"
 #include "widgets/WindowSettings.h"
@@ -126,7 +126,7 @@ void MorphologyDistForm::updateDistValue()
     const Morphology *second = right->morphology();
     if (first && second)
         resultLabel->setText(QStringLiteral("The distance between the morphologies is %1 units")
-                                 .arg(DistAlgo::dist(*first, *second), 0, 'f', 2));
+                                 .arg(distanceText(shownDistance(*first, *second))));
     else
         resultLabel->setText(
             QStringLiteral("Please, select two morphologies to calculate their distance"));

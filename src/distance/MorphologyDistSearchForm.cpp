@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace Planaria {
@@ -33,7 +34,7 @@ MorphologyDistSearchForm::MorphologyDistSearchForm(DB *database, QWidget *parent
 MorphologyDistSearchForm::~MorphologyDistSearchForm()
 {
     WindowSettings::write(this, QLatin1String(settingsGroup));
-    clearSearch();
+    resultsView->clear();
     graphView->clear();
     view->clear();
 }
@@ -95,15 +96,13 @@ void MorphologyDistSearchForm::updateComparator()
 {
     const auto progress = ComparedMorphologies::newProgress(*model, parentWidget());
     const BulkRead job(db); // pictures are read while the results are drawn
-    clearSearch();
-    if (compared.compare(*searched, *model, progress.get()))
-        resultsView->setMorphologyList(compared.results().values());
-}
-
-void MorphologyDistSearchForm::clearSearch()
-{
     resultsView->clear();
-    compared.clear();
+    if (!compared.compare(*searched, *model, progress.get()))
+        return;
+    resultsView->setMorphologyList(compared.results().values());
+    // The closest worms come into sight first.
+    for (QScrollBar *bar : {resultsView->horizontalScrollBar(), resultsView->verticalScrollBar()})
+        bar->setValue(bar->minimum());
 }
 
 } // namespace Planaria

@@ -31,7 +31,6 @@ private:
     QWidget *createSearchedHalf();
     QWidget *createResultsHalf();
     QDialogButtonBox *createButtons();
-    void clearSearch();
 
     DB *db;
     std::unique_ptr<QSqlQueryModel> model;

@@ -89,7 +89,8 @@ void MorphologyChooser::setRow(int row)
 void MorphologyChooser::setMorphology(Morphology *morphology)
 {
     show(morphology);
-    owned.reset();
+    if (morphology != owned.get())
+        owned.reset();
     keepRow();
 }
 

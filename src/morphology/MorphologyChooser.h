@@ -37,7 +37,8 @@ public:
     /// What is shown; null before the first.
     [[nodiscard]] const Morphology *morphology() const { return shown; }
     /// Shows a morphology that belongs to somebody else and stays while it is shown, and moves the
-    /// list to it; null for none. Says nothing.
+    /// list to it, so that setModel() comes first; null for none. Says nothing. What the chooser
+    /// owns itself stays its own.
     void setMorphology(Morphology *morphology);
     /// Hands what is shown over to the caller, and goes on showing it. Null where it belongs to
     /// somebody else already.

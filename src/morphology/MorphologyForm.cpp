@@ -30,20 +30,45 @@ namespace {
 
 constexpr auto showAllKey = "MorphologyForm/showAllParameters";
 
+bool hasRow(const Morphology &morphology, DB *db)
+{
+    return db->existId(QStringLiteral("Morphology"), QStringLiteral("Id"), morphology.id()) > 0;
+}
+
+/// @return false where the file does not hold the morphology afterwards; then nothing is written
+[[nodiscard]] bool store(Morphology *morphology, DB *db)
+{
+    db->beginTransaction();
+    morphology->submit(db);
+    if (!db->inTransaction())
+        return false; // a failure has ended it
+    if (hasRow(*morphology, db))
+        return db->endTransaction();
+    db->rollbackTransaction(); // a row that is gone takes no update
+    return false;
+}
+
 std::unique_ptr<Morphology> run(std::unique_ptr<Morphology> morphology, DB *db, QWidget *parent)
 {
     MorphologyForm form(morphology.get(), db, parent);
     if (form.exec() != QDialog::Accepted)
         return nullptr;
-    morphology->submit(db);
-    return morphology;
+    if (store(morphology.get(), db))
+        return morphology;
+    QMessageBox::critical(parent, MorphologyForm::tr("Cannot store morphology"),
+                          MorphologyForm::tr("The morphology could not be written to the file."));
+    return nullptr;
 }
 
 } // namespace
 
 std::unique_ptr<Morphology> MorphologyForm::edit(const Morphology &stored, DB *db, QWidget *parent)
 {
-    return run(std::make_unique<Morphology>(stored, true), db, parent);
+    // The row may have changed since it was read; its old state would undo what was done to it.
+    const bool inFile = stored.record().isStoredIn(db) && hasRow(stored, db);
+    return run(inFile ? std::make_unique<Morphology>(stored.id(), db, true)
+                      : std::make_unique<Morphology>(stored, true),
+               db, parent);
 }
 
 std::unique_ptr<Morphology> MorphologyForm::copy(const Morphology &source, DB *db, QWidget *parent)

@@ -35,9 +35,9 @@ public:
     [[nodiscard]] Morphology *getMorphology() const { return morphology; }
 
     // Each runs the form on a new object and, where the user accepts, writes it to the file. Null
-    // where the user gives up.
+    // where the user gives up, and where the file does not take it, which the user is told.
 
-    /// Edits a copy of @p stored that stands for the same row.
+    /// Edits the row of @p stored as it stands in the file, whatever @p stored still holds of it.
     static std::unique_ptr<Morphology> edit(const Morphology &stored, DB *db, QWidget *parent);
     /// Starts from the content of @p source, under a name of its own.
     static std::unique_ptr<Morphology> copy(const Morphology &source, DB *db, QWidget *parent);

@@ -35,6 +35,7 @@ MorphologyListView::MorphologyListView(QWidget *parent) : ZoomGraphicsView(paren
 void MorphologyListView::clear()
 {
     scene()->clear();
+    scene()->setSceneRect(QRectF()); // nothing is left to scroll to
     morphologies.clear();
     setAccessibleName(QStringLiteral("No morphologies"));
     setAccessibleDescription(QString());

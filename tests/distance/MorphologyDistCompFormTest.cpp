@@ -102,6 +102,8 @@ private slots:
     void comparesNothingInALibraryWithoutWorms();
     void drawsDamagedWormsBesideSoundOnes_data();
     void drawsDamagedWormsBesideSoundOnes();
+    void keepsSoundWormsInOrderBesideADamagedOne_data();
+    void keepsSoundWormsInOrderBesideADamagedOne();
     void tellsTheDistancesToThoseWhoCannotSee();
     void readsEachTableOfMembersOnce();
 
@@ -346,6 +348,35 @@ void MorphologyDistCompFormTest::drawsDamagedWormsBesideSoundOnes()
                  qPrintable(open.texts().join(", ")));
         QVERIFY(!open.texts().contains("nan"));
     }
+}
+
+void MorphologyDistCompFormTest::keepsSoundWormsInOrderBesideADamagedOne_data()
+{
+    addDamageRows();
+}
+
+void MorphologyDistCompFormTest::keepsSoundWormsInOrderBesideADamagedOne()
+{
+    QFETCH(const QString, damage);
+    storeWorm(library.get(), "A");
+    library->run(damage.arg(storeWorm(library.get(), "B")));
+    storeWorm(library.get(), "C", 20.0);
+    storeWorm(library.get(), "D", 10.0);
+    OpenForm open(library.get());
+
+    QStringList sound = open.order();
+    QCOMPARE(sound.removeAll("B"), 1);
+    QCOMPARE(sound, QStringList({"A", "D", "C"}));
+    QList<double> places; // in the order in which the worms were added
+    for (const QGraphicsItem *item : open.comparison()->scene()->items(Qt::AscendingOrder)) {
+        if (dynamic_cast<const MorphologyItem *>(item))
+            places += item->x();
+    }
+    QCOMPARE(places.size(), 4);
+    QVERIFY(std::all_of(places.begin(), places.end(), [](double x) { return std::isfinite(x); }));
+    QVERIFY(std::is_sorted(places.begin(), places.end(), std::less_equal<>()));
+    QFETCH(const QString, distance);
+    QCOMPARE(open.texts(), QStringList({"0.00", "1.00", "2.00", distance}));
 }
 
 void MorphologyDistCompFormTest::tellsTheDistancesToThoseWhoCannotSee()

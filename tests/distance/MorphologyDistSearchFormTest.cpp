@@ -16,6 +16,7 @@
 #include <QLayout>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
@@ -43,6 +44,11 @@ struct OpenForm
         return nullptr;
     }
     void search() { QTest::mouseClick(searchButton(), Qt::LeftButton); }
+
+    QList<QScrollBar *> scrollBars()
+    {
+        return {results()->horizontalScrollBar(), results()->verticalScrollBar()};
+    }
 
     QStringList resultTexts()
     {
@@ -80,6 +86,10 @@ private slots:
     void searchesByTheKeyboard();
     void findsNothingInALibraryWithoutWorms();
     void showsTheResultsOfTheLastSearchAlone();
+    void showsTheClosestWormsOfEachSearchFirst();
+    void hasNothingToScrollWithoutResults();
+    void findsSoundWormsInOrderBesideADamagedOne_data();
+    void findsSoundWormsInOrderBesideADamagedOne();
     void tellsTheOrderToThoseWhoCannotSee();
     void storesNothing();
     void readsEachTableOfMembersOnce();
@@ -243,6 +253,52 @@ void MorphologyDistSearchFormTest::showsTheResultsOfTheLastSearchAlone()
     open.search();
     open.search();
     QCOMPARE(open.resultTexts(), QStringList({"1. Worm 0000", "2. Worm 0001", "3. Worm 0002"}));
+}
+
+void MorphologyDistSearchFormTest::showsTheClosestWormsOfEachSearchFirst()
+{
+    storeWorms(library.get(), 5);
+    OpenForm open(library->db());
+    open.form.resize(500, 400);
+    for (int search = 0; search < 3; ++search) {
+        open.search();
+        for (QScrollBar *bar : open.scrollBars()) {
+            QVERIFY(bar->maximum() > bar->minimum());
+            QCOMPARE(bar->value(), bar->minimum());
+            bar->setValue(bar->maximum());
+        }
+    }
+}
+
+void MorphologyDistSearchFormTest::hasNothingToScrollWithoutResults()
+{
+    storeWorms(library.get(), 5);
+    OpenForm open(library->db());
+    for (int search = 0; search < 2; ++search) {
+        open.search();
+        const ProgressWatcher progress(1);
+        open.search();
+        for (const QScrollBar *bar : open.scrollBars())
+            QCOMPARE(bar->maximum(), bar->minimum());
+    }
+}
+
+void MorphologyDistSearchFormTest::findsSoundWormsInOrderBesideADamagedOne_data()
+{
+    addDamageRows();
+}
+
+void MorphologyDistSearchFormTest::findsSoundWormsInOrderBesideADamagedOne()
+{
+    QFETCH(const QString, damage);
+    storeWorm(library.get(), "A", 20.0);
+    library->run(damage.arg(storeWorm(library.get(), "B")));
+    storeWorm(library.get(), "C", 10.0);
+    OpenForm open(library->db());
+    open.search();
+    QStringList names = open.results()->accessibleDescription().split(", ");
+    QCOMPARE(names.removeAll("B"), 1);
+    QCOMPARE(names, QStringList({"C", "A"}));
 }
 
 void MorphologyDistSearchFormTest::tellsTheOrderToThoseWhoCannotSee()

@@ -5,6 +5,8 @@
 #include "model/Region.h"
 #include "support/TemporaryLibrary.h"
 
+#include <QTest>
+
 namespace Planaria {
 
 /// Stores a wild type whose head reaches further by @p longer, scene units. Each 10 units between
@@ -49,6 +51,36 @@ inline void storeLargeWorms(TemporaryLibrary *library, int count)
     }
     if (!library->db()->endTransaction())
         qFatal("cannot store worms");
+}
+
+/// Statements that put what is no number into all places of one kind in the worm whose id takes the
+/// place of %1, and how far a wild type is from its twin after that.
+inline void addDamageRows()
+{
+    QTest::addColumn<QString>("damage");
+    QTest::addColumn<QString>("distance");
+    struct Place
+    {
+        const char *name;
+        const char *statement;
+        const char *distance;
+    };
+    const QString ofWorm = " IN (SELECT Id FROM Region WHERE Morphology=%1)";
+    const QString spotsOfWorm = " IN (SELECT SpotOrgan FROM Organ WHERE Region" + ofWorm + ")";
+    const QList<Place> places = {
+        {"rotation of organs", "UPDATE SpotOrgan SET Rot=%1 WHERE Id", "468.60"},
+        {"places of organs", "UPDATE Organ SET VecX=%1 WHERE Region", "700.00"},
+        {"extent of regions", "UPDATE RegionParam SET Value=%1 WHERE Region", "13700.00"},
+        {"length of links", "UPDATE RegionsLink SET Dist=%1 WHERE FromRegion", "7300.00"},
+        {"direction of links", "UPDATE RegionsLink SET Ang=%1 WHERE FromRegion", "7300.00"}};
+    for (const Place &place : places) {
+        const QString statement = place.statement;
+        const QString &rows = statement.contains("SpotOrgan") ? spotsOfWorm : ofWorm;
+        for (const char *number : {"9e999", "-9e999", "'nan'"}) {
+            QTest::addRow("%s, %s", place.name, number)
+                << statement.arg(number) + rows << QString(place.distance);
+        }
+    }
 }
 
 } // namespace Planaria

@@ -60,13 +60,14 @@ struct SeenMorphologyForm
 };
 
 /// Plans the answer to the editor: types @p name in place of the one that is there and presses OK,
-/// or cancels where it is empty.
+/// or cancels where it is empty. Before that, @p work is done in it.
 /// @return what was seen, once the editor is answered
-inline std::shared_ptr<SeenMorphologyForm> expectMorphologyForm(ModalAnswerer *answerer,
-                                                                const QString &name)
+inline std::shared_ptr<SeenMorphologyForm> expectMorphologyForm(
+    ModalAnswerer *answerer, const QString &name,
+    const std::function<void(QDialog *)> &work = [](QDialog *) {})
 {
     auto seen = std::make_shared<SeenMorphologyForm>();
-    answerer->expectDialog([name, seen](QDialog *dialog) {
+    answerer->expectDialog([name, seen, work](QDialog *dialog) {
         auto *nameEdit = dialog->findChild<QLineEdit *>();
         const auto *buttons = dialog->findChild<QDialogButtonBox *>();
         if (!nameEdit || !buttons) {
@@ -74,6 +75,7 @@ inline std::shared_ptr<SeenMorphologyForm> expectMorphologyForm(ModalAnswerer *a
             return;
         }
         *seen = {dialog->windowTitle(), nameEdit->text(), dialog->parentWidget()};
+        work(dialog);
         nameEdit->selectAll();
         QTest::keyClicks(nameEdit, name);
         buttons->button(name.isEmpty() ? QDialogButtonBox::Cancel : QDialogButtonBox::Ok)->click();

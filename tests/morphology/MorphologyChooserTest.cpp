@@ -12,6 +12,12 @@
 
 using namespace Planaria;
 
+namespace {
+const ModalAnswerer::Box cannotStore = {"Cannot store morphology",
+                                        "The morphology could not be written to the file.",
+                                        QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Critical};
+}
+
 /// A chooser in a form that makes each wish of the user come true.
 class MorphologyChooserTest final : public QObject
 {
@@ -39,6 +45,17 @@ private slots:
     void choosesTheFirstThatIsMade();
     void leavesAllAsItWasWhenTheUserCancels_data();
     void leavesAllAsItWasWhenTheUserCancels();
+    void startsFromTheRowAsItStandsInTheFile();
+    void showsNothingThatTheFileDoesNotHold_data();
+    void showsNothingThatTheFileDoesNotHold();
+    void writesNothingOfAWormThatIsGone();
+
+    void showsAMorphologyOfSomebodyElse();
+    void showsNothingInPlaceOfAMorphology();
+    void keepsWhatItOwnsItself();
+    void goesOnShowingWhatItHandsOver();
+    void takesTheDrawingAwayAndKeepsTheChoice();
+    void followsItsWormToItsNewRow();
 
     void keepsToItsWormWhenTheListIsReadAnew_data();
     void keepsToItsWormWhenTheListIsReadAnew();
@@ -47,10 +64,12 @@ private slots:
 
 private:
     int store(const QString &name);
+    void deleteWorm(int id);
     void open();
 
     std::unique_ptr<TemporaryLibrary> library;
     std::unique_ptr<QSqlQueryModel> model;
+    std::unique_ptr<Morphology> foreign; // outlives the chooser
     std::unique_ptr<QWidget> form;
     std::unique_ptr<ChooserParts> parts;
     QList<bool> changes; // what the wishes came to
@@ -66,6 +85,7 @@ void MorphologyChooserTest::cleanup()
 {
     parts.reset();
     form.reset();
+    foreign.reset();
     model.reset();
     QCOMPARE(library->brokenReferences(), QStringList());
 }
@@ -76,6 +96,15 @@ int MorphologyChooserTest::store(const QString &name)
     worm.setName(name);
     worm.addRegion(ExperimentFactory::instance(nullptr)->regionType(1));
     return worm.submit(library->db());
+}
+
+void MorphologyChooserTest::deleteWorm(int id)
+{
+    library->run(QStringLiteral("DELETE FROM RegionParam WHERE Region IN "
+                                "(SELECT Id FROM Region WHERE Morphology=%1)")
+                     .arg(id));
+    library->run(QStringLiteral("DELETE FROM Region WHERE Morphology=%1").arg(id));
+    library->run(QStringLiteral("DELETE FROM Morphology WHERE Id=%1").arg(id));
 }
 
 void MorphologyChooserTest::open()
@@ -314,6 +343,171 @@ void MorphologyChooserTest::leavesAllAsItWasWhenTheUserCancels()
     QCOMPARE(library->count("Morphology"), 2);
 }
 
+void MorphologyChooserTest::startsFromTheRowAsItStandsInTheFile()
+{
+    const int id = store("Cyclops");
+    open();
+    Morphology elsewhere(id, library->db(), true);
+    elsewhere.setName("Without eyes");
+    elsewhere.removeRegion(elsewhere.regions().first());
+    elsewhere.addImage("a picture");
+    elsewhere.submit(library->db());
+
+    ModalAnswerer answerer;
+    const auto seen = expectMorphologyForm(&answerer, "Without anything");
+    parts->press("Edit");
+    QCOMPARE(answerer.problems(), QStringList());
+    QCOMPARE(seen->name, "Without eyes");
+    QCOMPARE(parts->shownName(), "Without anything");
+    QVERIFY(parts->chooser->morphology()->regions().isEmpty());
+    QCOMPARE(library->count("Region"), 0);
+    QCOMPARE(library->count("MorphologyImage"), 1);
+}
+
+void MorphologyChooserTest::showsNothingThatTheFileDoesNotHold_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("obstacle");
+    const QString readOnly = "PRAGMA query_only = true";
+    const QString refused = "CREATE TRIGGER Refused BEFORE %1 ON Region "
+                            "BEGIN SELECT RAISE(ABORT, 'refused'); END";
+    for (const char *button : {"Edit", "Copy", "New"})
+        QTest::addRow("%s, read only", button) << button << readOnly;
+    QTest::newRow("Edit, a part is refused") << "Edit" << refused.arg("UPDATE");
+    QTest::newRow("Copy, a part is refused") << "Copy" << refused.arg("INSERT");
+}
+
+void MorphologyChooserTest::showsNothingThatTheFileDoesNotHold()
+{
+    QFETCH(const QString, button);
+    QFETCH(const QString, obstacle);
+    store("Cyclops");
+    open();
+    const Morphology *shown = parts->chooser->morphology();
+    library->run(obstacle);
+    ModalAnswerer answerer;
+    expectMorphologyForm(&answerer, "Another name");
+    answerer.expectBox(cannotStore, QMessageBox::Ok);
+    parts->press(button);
+    QCOMPARE(answerer.problems(), QStringList());
+
+    QCOMPARE(changes, QList<bool>({false}));
+    QCOMPARE(parts->chooser->morphology(), shown);
+    QCOMPARE(parts->shownName(), "Cyclops");
+    QCOMPARE(parts->names(), QStringList({"Cyclops"}));
+    QCOMPARE(library->count("Morphology"), 1);
+    QCOMPARE(library->value("SELECT Name FROM Morphology"), "Cyclops");
+    QCOMPARE(library->count("Region"), 1);
+    QVERIFY(!library->db()->inTransaction());
+}
+
+void MorphologyChooserTest::writesNothingOfAWormThatIsGone()
+{
+    const int id = store("Cyclops");
+    open();
+    deleteWorm(id);
+    ModalAnswerer answerer;
+    expectMorphologyForm(&answerer, "Another name");
+    answerer.expectBox(cannotStore, QMessageBox::Ok);
+    parts->press("Edit");
+    QCOMPARE(answerer.problems(), QStringList());
+    QCOMPARE(changes, QList<bool>({false}));
+    QCOMPARE(parts->shownName(), "Cyclops");
+    for (const char *table : {"Morphology", "Region", "RegionParam"})
+        QCOMPARE(library->count(table), 0);
+    QVERIFY(!library->db()->inTransaction());
+}
+
+// --- Morphologies of the form around ---
+
+void MorphologyChooserTest::showsAMorphologyOfSomebodyElse()
+{
+    store("Cyclops");
+    foreign = std::make_unique<Morphology>(store("Two heads"), library->db(), false);
+    open();
+    parts->chooser->setMorphology(foreign.get());
+    QCOMPARE(parts->chooser->morphology(), foreign.get());
+    QCOMPARE(parts->view()->morphology(), foreign.get());
+    QCOMPARE(parts->chosenName(), "Two heads");
+    QCOMPARE(parts->chooser->release(), nullptr);
+    QCOMPARE(changes, QList<bool>());
+
+    parts->choose("Cyclops");
+    QCOMPARE(parts->shownName(), "Cyclops");
+    QCOMPARE(foreign->name(), "Two heads");
+}
+
+void MorphologyChooserTest::showsNothingInPlaceOfAMorphology()
+{
+    store("Cyclops");
+    open();
+    parts->chooser->setMorphology(nullptr);
+    QCOMPARE(parts->chooser->morphology(), nullptr);
+    QCOMPARE(parts->view()->morphology(), nullptr);
+    QCOMPARE(parts->list()->currentIndex(), -1);
+    QVERIFY(!parts->button("Edit")->isEnabled());
+    QVERIFY(!parts->button("Copy")->isEnabled());
+    QCOMPARE(changes, QList<bool>());
+}
+
+void MorphologyChooserTest::keepsWhatItOwnsItself()
+{
+    store("Cyclops");
+    open();
+    auto *own = const_cast<Morphology *>(parts->chooser->morphology());
+    parts->chooser->setMorphology(own);
+    QCOMPARE(parts->shownName(), "Cyclops");
+    QCOMPARE(parts->view()->morphology(), own);
+    QCOMPARE(parts->chosenName(), "Cyclops");
+    foreign = parts->chooser->release();
+    QCOMPARE(foreign.get(), own);
+}
+
+void MorphologyChooserTest::goesOnShowingWhatItHandsOver()
+{
+    store("Cyclops");
+    store("Two heads");
+    open();
+    foreign = parts->chooser->release();
+    QVERIFY(foreign);
+    QCOMPARE(parts->chooser->morphology(), foreign.get());
+    QCOMPARE(parts->view()->morphology(), foreign.get());
+    QCOMPARE(parts->chooser->release(), nullptr);
+
+    parts->choose("Two heads");
+    QCOMPARE(parts->shownName(), "Two heads");
+    QCOMPARE(foreign->name(), "Cyclops");
+}
+
+void MorphologyChooserTest::takesTheDrawingAwayAndKeepsTheChoice()
+{
+    store("Cyclops");
+    open();
+    const Morphology *shown = parts->chooser->morphology();
+    parts->chooser->clearView();
+    QCOMPARE(parts->view()->morphology(), nullptr);
+    QCOMPARE(parts->chooser->morphology(), shown);
+    QCOMPARE(parts->chosenName(), "Cyclops");
+    QCOMPARE(changes, QList<bool>());
+}
+
+void MorphologyChooserTest::followsItsWormToItsNewRow()
+{
+    store("Cyclops");
+    store("Two heads");
+    open();
+    ModalAnswerer answerer;
+    expectMorphologyForm(&answerer, "Without eyes");
+    parts->press("Edit");
+    QCOMPARE(answerer.problems(), QStringList());
+    QCOMPARE(parts->chosenName(), "Two heads");
+    changes.clear();
+    parts->chooser->keepRow();
+    QCOMPARE(parts->chosenName(), "Without eyes");
+    QCOMPARE(parts->shownName(), "Without eyes");
+    QCOMPARE(changes, QList<bool>());
+}
+
 // --- A list that is read anew ---
 
 void MorphologyChooserTest::keepsToItsWormWhenTheListIsReadAnew_data()
@@ -364,12 +558,10 @@ void MorphologyChooserTest::saysNothingWhenTheListIsReadAnew()
 void MorphologyChooserTest::choosesNothingWhereItsWormIsGone()
 {
     store("Cyclops");
-    store("Worm");
+    const int id = store("Worm");
     open();
     parts->choose("Worm");
-    library->run("DELETE FROM RegionParam");
-    library->run("DELETE FROM Region");
-    library->run("DELETE FROM Morphology WHERE Name='Worm'");
+    deleteWorm(id);
     library->db()->updateModel(model.get());
     QCOMPARE(parts->names(), QStringList({"Cyclops"}));
     QCOMPARE(parts->list()->currentIndex(), -1);

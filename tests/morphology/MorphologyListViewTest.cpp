@@ -144,6 +144,7 @@ private slots:
     void scrollsToTheEndOfARefilledList();
     void keepsTheZoomOfARefilledList();
     void forgetsItsList();
+    void hasNothingToScrollOnceItIsEmpty();
     void tellsWhatItShows();
 
 private:
@@ -527,6 +528,20 @@ void MorphologyListViewTest::forgetsItsList()
     view.setMorphologyList(list());
     view.clear();
     QVERIFY(view.scene()->items().isEmpty());
+}
+
+void MorphologyListViewTest::hasNothingToScrollOnceItIsEmpty()
+{
+    MorphologyListView view(nullptr);
+    view.resize(200, 200);
+    view.show();
+    for (int time = 0; time < 3; ++time) {
+        view.setMorphologyList(list());
+        QVERIFY(view.verticalScrollBar()->maximum() > view.verticalScrollBar()->minimum());
+        view.clear();
+        QCOMPARE(view.verticalScrollBar()->maximum(), view.verticalScrollBar()->minimum());
+        QCOMPARE(view.horizontalScrollBar()->maximum(), view.horizontalScrollBar()->minimum());
+    }
 }
 
 void MorphologyListViewTest::tellsWhatItShows()
