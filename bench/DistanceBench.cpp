@@ -22,7 +22,7 @@
 //   ratio     the plain search's time to ours, geometric mean over the pairs
 //   hardest   the same for the pair that takes the plain search longest, which takes "plainMs"
 //   cut       pairs in which paths are given up because too many are open
-//   peakKiB   memory that our search holds at most
+//   peakKiB   memory that our search holds at most for that pair
 //
 // At the end stands the ratio over all pairs with five regions and more.
 
@@ -154,7 +154,6 @@ void compareWithPlain(benchmark::State &state, const std::vector<Pair> &pairs)
 {
     Mean ratio;
     double longest = 0.0;
-    std::size_t peak = 0;
     int cut = 0;
     for (const Pair &pair : pairs) {
         PlainDistance::Outcome plain;
@@ -169,14 +168,13 @@ void compareWithPlain(benchmark::State &state, const std::vector<Pair> &pairs)
         if (plains > longest) {
             longest = plains;
             state.counters["hardest"] = plains / ours;
+            state.counters["peakKiB"] = static_cast<double>(peakOf(pair)) / 1024.0;
         }
-        peak = std::max(peak, peakOf(pair));
         cut += plain.givenUp > 0 ? 1 : 0;
     }
     state.counters["ratio"] = ratio.value();
     state.counters["plainMs"] = longest * 1000.0;
     state.counters["cut"] = cut;
-    state.counters["peakKiB"] = static_cast<double>(peak) / 1024.0;
 }
 
 /// The time is that of all pairs together.

@@ -12,6 +12,7 @@
 
 #include <QMultiMap>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <numbers>
@@ -43,8 +44,8 @@ double cheapest(const QList<T *> &a, const QList<T *> &b, const StepCost &stepCo
         extended->cost += stepCost(path, first, second);
         extended->first.append(first);
         extended->second.append(second);
-        open.insert(extended->cost, extended.get()); // ahead of those of the same cost
-        extended.release();
+        const double cost = extended->cost;
+        open.insert(cost, extended.release()); // ahead of those of the same cost
     };
 
     auto path = std::make_unique<Path<T>>();
@@ -64,7 +65,8 @@ double cheapest(const QList<T *> &a, const QList<T *> &b, const StepCost &stepCo
             delete open.last();
             open.erase(std::prev(open.end()));
         }
-        path.reset(open.take(open.firstKey())); // the newest of that cost
+        path.reset(*open.begin()); // the newest of the lowest cost
+        open.erase(open.begin());
     }
     qDeleteAll(open);
     return path->cost;
@@ -80,7 +82,7 @@ double angleBetween(double a, double b)
 {
     double angle = a - b;
     angle -= 2.0 * pi * std::floor(angle / (2.0 * pi));
-    return angle > pi ? 2.0 * pi - angle : angle;
+    return std::clamp(angle > pi ? 2.0 * pi - angle : angle, 0.0, pi); // after many turns
 }
 
 double organStep(const Organ *a, const Organ *b)

@@ -42,8 +42,11 @@ void RandomBodies::link(Morphology *worm, const Kind &kind)
         Region *region = worm->regions().at(to);
         for (int links = number(8) == 0 ? 0 : 1 + number(5) / 4; links > 0; --links) {
             Region *other = worm->regions().at(number(2) == 0 ? 0 : number(to));
-            if (kind.parallelLinks || !region->isLinked(other))
-                other->addLink(region, number(100.0, 300.0, kind), ang(kind), 0.5);
+            if (!kind.parallelLinks && region->isLinked(other))
+                continue;
+            const double direction = ang(kind);
+            const double dist = number(100.0, 300.0, kind);
+            other->addLink(region, dist, direction, 0.5);
         }
     }
 }
@@ -54,10 +57,15 @@ void RandomBodies::shape(Region *region, const Kind &kind)
     for (int i = 0; i < region->params().size(); ++i)
         region->setParam(i, number(30.0, 100.0, kind));
     for (int organs = number(kind.organs + 1); organs > region->organs().size();) {
-        if (number(5) > 0)
-            region->addSpotOrgan(factory->spotOrganType(1 + number(3)), point(kind), ang(kind));
-        else
-            region->addLineOrgan(factory->lineOrganType(1), point(kind), point(kind), point(kind));
+        if (number(5) > 0) {
+            const double rot = ang(kind);
+            const QPointF pos = point(kind);
+            region->addSpotOrgan(factory->spotOrganType(1 + number(3)), pos, rot);
+        } else {
+            const QPointF end2 = point(kind);
+            const QPointF end1 = point(kind);
+            region->addLineOrgan(factory->lineOrganType(1), point(kind), end1, end2);
+        }
     }
 }
 

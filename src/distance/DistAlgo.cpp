@@ -32,7 +32,8 @@ std::size_t at(int index)
 double angleBetween(double a, double b)
 {
     const double angle = Angles::normalized(a - b);
-    return angle > halfTurn ? Angles::fullTurn - angle : angle;
+    // Many turns leave rounding errors, of which no cost may fall below 0.
+    return std::clamp(angle > halfTurn ? Angles::fullTurn - angle : angle, 0.0, halfTurn);
 }
 
 // --- Single changes ---
@@ -83,24 +84,43 @@ public:
     {
         if (a.empty() || b.empty())
             return insertDeleteOrgan * static_cast<double>(a.size() + b.size());
-        columns = b.size();
+        from = a;
+        to = b;
         changes.clear();
-        for (const OrganData &first : a) {
-            for (const OrganData &second : b)
-                changes.push_back(organChange(first, second));
-        }
+        if (!AssignmentSearch::areTooLong(a.size(), b.size()))
+            fillChanges();
         return search.cheapest(static_cast<int>(a.size()), static_cast<int>(b.size()), this);
     }
 
     [[nodiscard]] double ofPath(double cost, int first, int second, double /*most*/) const
     {
         const bool isPair = first != none && second != none;
-        return cost + (isPair ? changes[at(first) * columns + at(second)] : insertDeleteOrgan);
+        return cost + (isPair ? change(at(first), at(second)) : insertDeleteOrgan);
+    }
+
+    [[nodiscard]] bool areTwins(int second, int other) const
+    {
+        return to[at(second)] == to[at(other)];
     }
 
 private:
-    std::vector<double> changes; // by pair, row by row
-    std::size_t columns = 0;
+    void fillChanges()
+    {
+        for (const OrganData &first : from) {
+            for (const OrganData &second : to)
+                changes.push_back(organChange(first, second));
+        }
+    }
+
+    [[nodiscard]] double change(std::size_t first, std::size_t second) const
+    {
+        return changes.empty() ? organChange(from[first], to[second])
+                               : changes[first * to.size() + second];
+    }
+
+    std::span<const OrganData> from;
+    std::span<const OrganData> to;
+    std::vector<double> changes; // by pair, row by row; empty where there are too many
     AssignmentSearch search;
 };
 
@@ -114,6 +134,8 @@ public:
 
     RegionCosts(const Morphology &first, const Morphology &second) : a(first), b(second)
     {
+        if (AssignmentSearch::areTooLong(at(a.regionCount()), at(b.regionCount())))
+            return;
         changes.reserve(at(a.regionCount()) * at(b.regionCount()));
         for (int i = 0; i < a.regionCount(); ++i) {
             for (int j = 0; j < b.regionCount(); ++j)
@@ -132,6 +154,15 @@ public:
         return ofPair(cost, first, second, most);
     }
 
+    [[nodiscard]] bool areTwins(int second, int other) const
+    {
+        const RegionData &one = b.region(second);
+        const RegionData &two = b.region(other);
+        return one.links.empty() && two.links.empty() && one.typeId == two.typeId &&
+               std::ranges::equal(one.params, two.params) &&
+               std::ranges::equal(one.organs, two.organs);
+    }
+
 private:
     /// What a region and its partner cost without links, which is the same in every path. The cost
     /// of their organs is found once it matters; until then the least that it can be stands for it.
@@ -146,7 +177,11 @@ private:
     {
         const RegionData &from = a.region(first);
         const RegionData &to = b.region(second);
-        Change &change = changes[at(first) * at(b.regionCount()) + at(second)];
+        Change unlisted{};
+        if (changes.empty())
+            unlisted = quickChange(from, to);
+        Change &change =
+            changes.empty() ? unlisted : changes[at(first) * at(b.regionCount()) + at(second)];
         if (!change.isExact && cost + change.cost <= most) {
             change.cost = change.typeAndParams + organCosts.cheapest(from.organs, to.organs);
             change.isExact = true;
@@ -163,8 +198,8 @@ private:
     }
 
     /// Of a region without partner. @param partnerOf finds that of another region of its worm
-    template <typename PartnerOf>
-    double loneCost(const RegionData &region, const PartnerOf &partnerOf) const
+    [[nodiscard]] double loneCost(const RegionData &region,
+                                  int (Assignment::*partnerOf)(int) const) const
     {
         double cost =
             insertDeleteRegion + insertDeleteOrgan * static_cast<double>(region.organs.size());
@@ -177,7 +212,7 @@ private:
 
     /// Of the links of a pair to regions placed before. A link is charged with the later of its
     /// two ends.
-    double linksCost(const RegionData &from, const RegionData &to) const
+    [[nodiscard]] double linksCost(const RegionData &from, const RegionData &to) const
     {
         double cost = 0.0;
         std::ptrdiff_t matched = 0;
@@ -186,7 +221,7 @@ private:
             if (partner == waiting)
                 continue;
             const bool hasCandidates = partner != none && matched < std::ssize(to.links);
-            const int counterpart = hasCandidates ? to.firstLinks[at(partner)] : noLink;
+            const int counterpart = hasCandidates ? to.firstLinkTo(partner) : noLink;
             if (counterpart == noLink) {
                 cost += insertDeleteLink;
                 continue;
@@ -208,7 +243,7 @@ private:
     AssignmentSearch search;
     const Assignment &path = search.assignment();
     OrganCosts organCosts;
-    std::vector<Change> changes; // by pair, row by row
+    std::vector<Change> changes; // by pair, row by row; empty where there are too many
 };
 
 } // namespace

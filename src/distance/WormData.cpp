@@ -39,6 +39,15 @@ WormData::OrganData::OrganData(const Organ *organ) : pos(organ->pos())
     }
 }
 
+bool WormData::OrganData::operator==(const OrganData &other) const
+{
+    const auto same = [](const QPointF &a, const QPointF &b) {
+        return a.x() == b.x() && a.y() == b.y();
+    };
+    return isSpot == other.isSpot && typeId == other.typeId && rot == other.rot &&
+           same(pos, other.pos) && same(end1, other.end1) && same(end2, other.end2);
+}
+
 WormData::WormData(const Morphology &worm)
 {
     makeRoom(worm);
@@ -77,20 +86,31 @@ void WormData::makeRoom(const Morphology &worm)
 
 void WormData::indexLinks()
 {
-    firstLinks.assign(regions.size() * regions.size(), noLink);
-    std::span<int> row(firstLinks);
+    firstLinks.reserve(links.size());
     std::span<LinkData> ends(links);
     for (RegionData &region : regions) {
-        for (std::size_t i = 0; i < region.links.size(); ++i) {
-            int &first = row[static_cast<std::size_t>(ends[i].other)];
-            ends[i].isFirst = first == noLink;
-            if (ends[i].isFirst)
-                first = static_cast<int>(i);
-        }
-        region.firstLinks = row.first(regions.size());
-        row = row.subspan(regions.size());
+        const std::size_t begin = firstLinks.size();
+        indexLinks(ends.first(region.links.size()));
+        region.firstLinks = std::span(firstLinks).subspan(begin);
         ends = ends.subspan(region.links.size());
     }
+}
+
+void WormData::indexLinks(std::span<LinkData> ofRegion)
+{
+    const auto begin = static_cast<std::ptrdiff_t>(firstLinks.size());
+    for (std::size_t i = 0; i < ofRegion.size(); ++i)
+        firstLinks.push_back({ofRegion[i].other, static_cast<int>(i)});
+    const auto added = firstLinks.begin() + begin;
+    std::sort(added, firstLinks.end(), [](const FirstLink &a, const FirstLink &b) {
+        return a.other != b.other ? a.other < b.other : a.link < b.link;
+    });
+    firstLinks.erase(
+        std::unique(added, firstLinks.end(),
+                    [](const FirstLink &a, const FirstLink &b) { return a.other == b.other; }),
+        firstLinks.end());
+    for (auto first = added; first != firstLinks.end(); ++first)
+        ofRegion[static_cast<std::size_t>(first->link)].isFirst = true;
 }
 
 } // namespace Planaria

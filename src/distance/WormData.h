@@ -2,6 +2,7 @@
 
 #include <QPointF>
 
+#include <algorithm>
 #include <span>
 #include <vector>
 
@@ -21,6 +22,9 @@ public:
     {
         explicit OrganData(const Organ *organ);
 
+        /// Compares exactly, unlike points do among themselves.
+        [[nodiscard]] bool operator==(const OrganData &other) const;
+
         QPointF pos;
         bool isSpot;
         // Of a spot organ:
@@ -37,7 +41,14 @@ public:
         int other; // region at the far end
         double dist;
         double ang;
-        bool isFirst = true; // of those of its region that lead there
+        bool isFirst = false; // of those of its region that lead there
+    };
+
+    /// The first link of a region to another one.
+    struct FirstLink
+    {
+        int other;
+        int link; // its position
     };
 
     struct RegionData
@@ -46,7 +57,14 @@ public:
         std::span<const double> params;
         std::span<const OrganData> organs;
         std::span<const LinkData> links;
-        std::span<const int> firstLinks; // by other region: the first link there, or noLink
+        std::span<const FirstLink> firstLinks; // sorted by the other region
+
+        /// Position of the first link to @p other, or noLink.
+        [[nodiscard]] int firstLinkTo(int other) const
+        {
+            const auto found = std::ranges::lower_bound(firstLinks, other, {}, &FirstLink::other);
+            return found != firstLinks.end() && found->other == other ? found->link : noLink;
+        }
     };
 
     explicit WormData(const Morphology &worm);
@@ -63,12 +81,14 @@ public:
 private:
     void makeRoom(const Morphology &worm);
     void indexLinks();
+    /// Notes the first one to each region of @p ofRegion, which are links of one region.
+    void indexLinks(std::span<LinkData> ofRegion);
 
     std::vector<RegionData> regions; // which show parts of the lists below
     std::vector<double> params;
     std::vector<OrganData> organs;
     std::vector<LinkData> links;
-    std::vector<int> firstLinks;
+    std::vector<FirstLink> firstLinks;
 };
 
 } // namespace Planaria

@@ -130,6 +130,9 @@ private slots:
 
     void givesTheSameCostWhicheverOfEqualAssignmentsIsTaken();
     void endsAtOnceAmongCountlessEqualAssignments();
+    void endsAtOnceAmongNearlyEqualElements();
+    void neverFallsBelowZeroAfterManyTurns();
+    void comparesWormsOfThousandsOfRegions();
     void endsWithMoreRegionsThanItCanFollow();
     void chargesManyOrgansAgainstNone();
     void leavesNumbersThatAreNoneWithoutPartner_data();
@@ -410,6 +413,44 @@ void DistAlgoTest::endsAtOnceAmongCountlessEqualAssignments()
 
     const QList<QJsonObject> eyes(40, spot(1, {}, 0.0));
     QCOMPARE(dist(*trunk(eyes), *trunk(eyes)), 0.0);
+}
+
+void DistAlgoTest::endsAtOnceAmongNearlyEqualElements()
+{
+    // Of each of the many ways to assign the equal ones, one is left that fits nothing.
+    const auto eyes = trunk(QList<QJsonObject>(13, spot(1, {}, 0.0)));
+    const auto brainBehindEyes =
+        trunk(QList<QJsonObject>(12, spot(1, {}, 0.0)) << spot(2, {}, 0.0));
+    QCOMPARE(dist(*brainBehindEyes, *eyes), 20.0);
+    QCOMPARE(dist(*eyes, *brainBehindEyes), 20.0);
+
+    Morphology loose;
+    Morphology other;
+    for (int i = 0; i < 13; ++i) {
+        loose.addRegion(headType());
+        other.addRegion(i < 12 ? headType() : trunkType());
+    }
+    QCOMPARE(dist(other, loose), 1000.0);
+    QCOMPARE(dist(loose, other), 1000.0);
+}
+
+void DistAlgoTest::neverFallsBelowZeroAfterManyTurns()
+{
+    const auto eye = trunk({spot(1, {}, 0.0)});
+    for (const double rot : {106.81415022205296, 5e17, 7.341442796350994e18, 1e300}) {
+        QVERIFY(dist(*eye, *trunk({spot(1, {}, rot)})) >= 0.0);
+        QVERIFY(dist(*trunk({spot(1, {}, rot)}), *eye) >= 0.0);
+    }
+}
+
+void DistAlgoTest::comparesWormsOfThousandsOfRegions()
+{
+    Morphology damaged;
+    for (int i = 0; i < 5000; ++i)
+        damaged.addRegion(headType());
+    QCOMPARE(dist(damaged, damaged), 0.0);
+    QCOMPARE(dist(damaged, *heads({60.0})), 4999 * 1500.0);
+    QVERIFY(dist(*heads(QList<double>(900, 60.0)), *heads({60.0})) > 0.0);
 }
 
 void DistAlgoTest::endsWithMoreRegionsThanItCanFollow()
