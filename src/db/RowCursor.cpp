@@ -1,5 +1,6 @@
 #include "db/RowCursor.h"
 
+#include <cmath>
 #include <limits>
 
 namespace Planaria {
@@ -10,6 +11,12 @@ int rowId(const QVariant &value)
 {
     const qint64 id = value.toLongLong();
     return id >= 1 && id <= std::numeric_limits<int>::max() ? static_cast<int>(id) : 0;
+}
+
+double finiteNumber(const QVariant &value)
+{
+    const double number = value.toDouble();
+    return std::isfinite(number) ? number : 0.0;
 }
 
 QueryCursor::QueryCursor(std::unique_ptr<QSqlQuery> executed) : query(std::move(executed)) {}

@@ -30,6 +30,9 @@ protected:
 /// The row id in @p value; 0 where it holds none that fits an element (a damaged file).
 int rowId(const QVariant &value);
 
+/// The number in @p value; 0 where it holds none, or none that is finite (a damaged file).
+double finiteNumber(const QVariant &value);
+
 /// The cursor over the rows of one executed statement.
 class QueryCursor final : public RowCursor
 {

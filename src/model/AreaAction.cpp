@@ -1,6 +1,6 @@
 #include "model/AreaAction.h"
 
-#include <algorithm>
+#include "model/Children.h"
 
 namespace Planaria {
 
@@ -115,8 +115,7 @@ bool AreaAction::operator==(const ManipulationAction &other) const
 {
     const auto *area = dynamic_cast<const AreaAction *>(&other);
     return area && area->traits.kind == traits.kind && areEqual(fromAction_, area->fromAction_) &&
-           std::equal(area_.cbegin(), area_.cend(), area->area_.cbegin(), area->area_.cend(),
-                      [](const ActionAreaPoint *a, const ActionAreaPoint *b) { return *a == *b; });
+           haveEqualChildren(area_, area->area_);
 }
 
 // --- The rows ---

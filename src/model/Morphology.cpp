@@ -1,5 +1,6 @@
 #include "model/Morphology.h"
 
+#include "model/Children.h"
 #include "model/MorphologyImage.h"
 #include "model/Region.h"
 #include "model/RegionsLink.h"
@@ -11,12 +12,6 @@ namespace Planaria {
 namespace {
 
 constexpr auto table = "Morphology";
-
-template <typename Member> bool sameMembers(const QList<Member *> &a, const QList<Member *> &b)
-{
-    return std::equal(a.cbegin(), a.cend(), b.cbegin(), b.cend(),
-                      [](const Member *one, const Member *other) { return *one == *other; });
-}
 
 } // namespace
 
@@ -211,8 +206,9 @@ const QList<MorphologyImage *> &Morphology::getImages() const
 bool Morphology::operator==(const Morphology &other) const
 {
     return name_ == other.name_ && regions_.size() == other.regions_.size() &&
-           links_.size() == other.links_.size() && sameMembers(regions_, other.regions_) &&
-           sameMembers(links_, other.links_) && sameMembers(getImages(), other.getImages());
+           links_.size() == other.links_.size() && haveEqualChildren(regions_, other.regions_) &&
+           haveEqualChildren(links_, other.links_) &&
+           haveEqualChildren(getImages(), other.getImages());
 }
 
 int Morphology::submit(DB *db)

@@ -2,6 +2,7 @@
 
 #include "db/ExperimentFactory.h"
 #include "model/Angles.h"
+#include "model/Children.h"
 #include "model/LineOrgan.h"
 #include "model/Morphology.h"
 #include "model/RegionParam.h"
@@ -249,9 +250,7 @@ bool Region::operator==(const Region &other) const
                       [](const RegionParam *a, const RegionParam *b) {
                           return a->value() == b->value();
                       }) &&
-           std::equal(organs_.cbegin(), organs_.cend(), other.organs_.cbegin(),
-                      other.organs_.cend(),
-                      [](const Organ *a, const Organ *b) { return *a == *b; });
+           haveEqualChildren(organs_, other.organs_);
 }
 
 int Region::submit(DB *db)
