@@ -1,3 +1,4 @@
+#include "SampleExperiments.h"
 #include "SampleManipulations.h"
 #include "SampleWorms.h"
 #include "db/DB.h"
@@ -13,8 +14,8 @@
 #include <algorithm>
 #include <cstdio>
 
-// vermidex_sample_library FILE.edb: writes the sample library. The same worms and manipulations
-// give the same bytes.
+// vermidex_sample_library FILE.edb: writes the sample library. The same samples give the same
+// bytes.
 
 using namespace Planaria;
 
@@ -29,7 +30,8 @@ template <typename Elements> bool write(const Elements &elements, DB *db)
 bool writeElements(DB *db)
 {
     ExperimentFactory::instance(nullptr)->load(db);
-    return write(SampleWorms::all(), db) && write(SampleManipulations::all(db), db);
+    return write(SampleWorms::all(), db) && write(SampleManipulations::all(db), db) &&
+           SampleExperiments::write(db);
 }
 
 bool writeLibrary(const QString &fileName)

@@ -16,7 +16,8 @@ def entries(menu):
 
 
 ui.window("sample.edb - Vermidex")
-ui.find("label", "No experiments in the database")
+status = ui.find("label", re.compile("^[0-9]+ experiments in the database$")).name
+assert int(status.split()[0]) >= 12, status
 for tab, least in (("Manipulations", 8), ("Morphologies", 14)):
     ui.tab(tab)
     status = ui.find("label", re.compile(f"^[0-9]+ {tab.lower()} in the database$")).name
