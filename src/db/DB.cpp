@@ -26,6 +26,19 @@ QString whereEqual(const QString &column)
     return QStringLiteral(" WHERE %1=?").arg(column);
 }
 
+/// Reads its rows to their end. Views hear of one reset, and not of each portion that is fetched.
+class WholeModel final : public QSqlQueryModel
+{
+public:
+    void read(QSqlQuery &&query)
+    {
+        beginResetModel();
+        setQuery(std::move(query));
+        DB::fetchAllData(this);
+        endResetModel();
+    }
+};
+
 } // namespace
 
 DB::DB() = default;
@@ -246,9 +259,8 @@ std::unique_ptr<QSqlQueryModel> DB::newModel(const QString &sql, const QVariant 
 
 std::unique_ptr<QSqlQueryModel> DB::newModel(const QString &sql, const QList<QVariant> &values)
 {
-    auto model = std::make_unique<QSqlQueryModel>();
-    model->setQuery(std::move(*newQuery(sql, values)));
-    fetchAllData(model.get());
+    auto model = std::make_unique<WholeModel>();
+    model->read(std::move(*newQuery(sql, values)));
     return model;
 }
 
@@ -260,8 +272,13 @@ void DB::fetchAllData(QSqlQueryModel *model)
 
 void DB::updateModel(QSqlQueryModel *model) const
 {
-    model->setQuery(model->query().lastQuery(), database);
-    fetchAllData(model);
+    QSqlQuery query(model->query().lastQuery(), database);
+    if (auto *whole = dynamic_cast<WholeModel *>(model)) {
+        whole->read(std::move(query));
+    } else {
+        model->setQuery(std::move(query));
+        fetchAllData(model);
+    }
 }
 
 int DB::getModelIdRow(const QSqlQueryModel *model, int id)

@@ -71,7 +71,8 @@ public:
     std::unique_ptr<QSqlQuery> newTableQuery(const QString &table, const QString &column, int id,
                                              const QString &orderBy);
 
-    // Models are read to their end, so that row numbers and counts can be relied on.
+    // Models are read to their end, so that row numbers and counts can be relied on. updateModel()
+    // resets them once.
 
     std::unique_ptr<QSqlQueryModel> newTableModel(const QString &table);
     std::unique_ptr<QSqlQueryModel> newTableModel(const QString &table, const QString &orderBy);

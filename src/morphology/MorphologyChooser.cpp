@@ -4,6 +4,7 @@
 #include "model/Morphology.h"
 #include "morphology/MorphologyForm.h"
 #include "morphology/MorphologyView.h"
+#include "widgets/ComboBoxNoWheel.h"
 
 #include <QComboBox>
 #include <QPushButton>
@@ -12,35 +13,64 @@
 
 namespace Planaria {
 
-MorphologyChooser::MorphologyChooser(const QString &role, DB *database, QWidget *parent)
-    : QWidget(parent), db(database), comboBox(new QComboBox(this))
+MorphologyChooser::MorphologyChooser(const QString &purpose, DB *database, QWidget *parent,
+                                     Shape shape)
+    : QWidget(parent), role(purpose), db(database)
 {
+    createList(shape);
+    createButtons();
+    view = new MorphologyView(this);
+    if (shape == Shape::Wide)
+        layOutWide();
+    else
+        layOutCompact();
+}
+
+MorphologyChooser::~MorphologyChooser()
+{
+    view->clear();
+}
+
+// --- Widgets ---
+
+void MorphologyChooser::createList(Shape shape)
+{
+    if (shape == Shape::Wide)
+        comboBox = new QComboBox(this);
+    else
+        comboBox = new ComboBoxNoWheel(this);
     comboBox->setAccessibleName(role);
     comboBox->setAccessibleDescription(role); // where the choice counts as the name
     // A long name in the list does not widen the window.
     comboBox->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    comboBox->setMinimumContentsLength(12);
+    comboBox->setMinimumContentsLength(shape == Shape::Wide ? 12 : 5);
     connect(comboBox, &QComboBox::currentIndexChanged, this, [this](int row) {
         if (!updatingModel)
             emit rowChosen(row);
     });
+}
 
-    auto *buttons = new QHBoxLayout;
+void MorphologyChooser::createButtons()
+{
     const auto addButton = [&](const QString &text, void (MorphologyChooser::*signal)()) {
         auto *button = new QPushButton(text, this);
         button->setAccessibleDescription(role);
         button->setAutoDefault(false); // Enter in the list is for the form
         connect(button, &QPushButton::clicked, this, signal);
-        buttons->addWidget(button);
         return button;
     };
     editButton = addButton(tr("Edit"), &MorphologyChooser::editClicked);
     copyButton = addButton(tr("Copy"), &MorphologyChooser::copyClicked);
-    addButton(tr("New"), &MorphologyChooser::newClicked);
+    newButton = addButton(tr("New"), &MorphologyChooser::newClicked);
     editButton->setEnabled(false);
     copyButton->setEnabled(false);
+}
 
-    view = new MorphologyView(this);
+void MorphologyChooser::layOutWide()
+{
+    auto *buttons = new QHBoxLayout;
+    for (QPushButton *button : {editButton, copyButton, newButton})
+        buttons->addWidget(button);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(comboBox);
@@ -48,10 +78,28 @@ MorphologyChooser::MorphologyChooser(const QString &role, DB *database, QWidget 
     layout->addWidget(view, 1);
 }
 
-MorphologyChooser::~MorphologyChooser()
+void MorphologyChooser::layOutCompact()
 {
-    view->clear();
+    view->setMinimumHeight(100);
+    besideLayout = new QVBoxLayout;
+    for (QPushButton *button : {editButton, copyButton, newButton})
+        besideLayout->addWidget(button);
+    besideLayout->addStretch();
+    auto *lower = new QHBoxLayout;
+    lower->addWidget(view, 1);
+    lower->addLayout(besideLayout);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(comboBox);
+    layout->addLayout(lower, 1);
 }
+
+void MorphologyChooser::addBeside(QWidget *widget)
+{
+    besideLayout->addWidget(widget);
+}
+
+// --- The choice ---
 
 void MorphologyChooser::setModel(QSqlQueryModel *morphologies)
 {
@@ -68,6 +116,11 @@ void MorphologyChooser::setModel(QSqlQueryModel *morphologies)
     });
     connect(model, &QSqlQueryModel::rowsInserted, this, &MorphologyChooser::keepRow);
     emit rowChosen(comboBox->currentIndex());
+}
+
+bool MorphologyChooser::hasChoice() const
+{
+    return comboBox->currentIndex() != -1;
 }
 
 void MorphologyChooser::chooseRow(int row)

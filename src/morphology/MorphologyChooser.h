@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class QBoxLayout;
 class QComboBox;
 class QPushButton;
 class QSqlQueryModel;
@@ -24,9 +25,18 @@ class MorphologyChooser final : public QWidget
     Q_OBJECT
 
 public:
-    /// @param role what the morphology is for, in words that tell it from others in the form
-    MorphologyChooser(const QString &role, DB *database, QWidget *parent);
+    enum class Shape {
+        Wide,    // the buttons in a row above the drawing
+        Compact, // for one of many that scroll: the buttons beside the drawing, deaf to the wheel
+    };
+
+    /// @param purpose what the morphology is for, in words that tell it from others in the form
+    MorphologyChooser(const QString &purpose, DB *database, QWidget *parent,
+                      Shape shape = Shape::Wide);
     ~MorphologyChooser() override;
+
+    /// Adds @p widget to the buttons of the compact shape, at the bottom.
+    void addBeside(QWidget *widget);
 
     /// Lists the names in column 1 of @p morphologies, which has the ids in column 0 and must
     /// outlive the chooser, and chooses the first.
@@ -36,6 +46,8 @@ public:
 
     /// What is shown; null before the first.
     [[nodiscard]] const Morphology *morphology() const { return shown; }
+    /// Whether the list stands at a row.
+    [[nodiscard]] bool hasChoice() const;
     /// Shows a morphology that belongs to somebody else and stays while it is shown, and moves the
     /// list to it, so that setModel() comes first; null for none. Says nothing. What the chooser
     /// owns itself stays its own.
@@ -67,6 +79,10 @@ signals:
     void newClicked();
 
 private:
+    void createList(Shape shape);
+    void createButtons();
+    void layOutWide();
+    void layOutCompact();
     void show(std::unique_ptr<Morphology> morphology);
     void show(Morphology *morphology);
     /// Shows what was stored, if there is something, and reads the list anew.
@@ -74,11 +90,14 @@ private:
     /// Moves the list, and says nothing.
     void setRow(int row);
 
+    QString role;
     DB *db;
     QSqlQueryModel *model = nullptr;
-    QComboBox *comboBox;
+    QComboBox *comboBox = nullptr;
     QPushButton *editButton = nullptr; // off until there is something to edit
     QPushButton *copyButton = nullptr; // the same
+    QPushButton *newButton = nullptr;
+    QBoxLayout *besideLayout = nullptr; // of the compact shape
     MorphologyView *view = nullptr;
     Morphology *shown = nullptr;
     std::unique_ptr<Morphology> owned; // what is shown, unless it belongs to somebody else

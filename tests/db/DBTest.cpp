@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <functional>
@@ -695,10 +696,14 @@ void DBTest::bringsAModelUpToDate()
     library->run("WITH RECURSIVE n(i) AS (SELECT 1 UNION SELECT i + 1 FROM n WHERE i < 600) "
                  "INSERT INTO Drug SELECT i, 'drug ' || (1000 - i) FROM n");
     QCOMPARE(model->rowCount(), 0);
+    const QSignalSpy resets(model.get(), &QSqlQueryModel::modelReset);
+    const QSignalSpy insertions(model.get(), &QSqlQueryModel::rowsInserted);
     log.take();
 
     db->updateModel(model.get());
     QCOMPARE(log.take(), QStringList("SELECT * FROM Drug ORDER BY Name"));
+    QCOMPARE(resets.size(), 1); // and not a portion after the other
+    QCOMPARE(insertions.size(), 0);
     QCOMPARE(model->rowCount(), 600);
     QCOMPARE(ids(model.get()).first(), 600);
 }
