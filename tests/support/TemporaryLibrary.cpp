@@ -2,7 +2,9 @@
 
 #include "db/DBExp.h"
 #include "db/ExperimentFactory.h"
+#include "support/TestData.h"
 
+#include <QFile>
 #include <QSqlError>
 
 namespace Planaria {
@@ -11,6 +13,18 @@ TemporaryLibrary::TemporaryLibrary()
 {
     if (!database.createEmptyDB(fileName()) || !DBExp::buildDB(&database))
         qFatal("cannot make %s", qUtf8Printable(fileName()));
+    ExperimentFactory::instance(nullptr)->load(&database);
+}
+
+TemporaryLibrary::TemporaryLibrary(const QString &testDataName)
+{
+    QFile file(fileName());
+    const QByteArray content = readTestData(testDataName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qUtf8Printable(fileName()));
+    file.close();
+    if (database.connect(fileName(), false) != DB::Opened)
+        qFatal("cannot open %s", qUtf8Printable(fileName()));
     ExperimentFactory::instance(nullptr)->load(&database);
 }
 

@@ -8,12 +8,14 @@
 
 namespace Planaria {
 
-/// An `.edb` file with tables and vocabulary, but no elements, in a folder of its own that goes
-/// with the object. The registry holds its vocabulary.
+/// An `.edb` file in a folder of its own that goes with the object: with tables and vocabulary, but
+/// no elements, unless it is told otherwise. The registry holds its vocabulary.
 class TemporaryLibrary final
 {
 public:
     TemporaryLibrary();
+    /// A copy of the file @p testDataName of tests/data, with all that it holds.
+    explicit TemporaryLibrary(const QString &testDataName);
 
     DB *db() { return &database; }
     [[nodiscard]] QString fileName() const
