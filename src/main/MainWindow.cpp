@@ -373,11 +373,6 @@ void MainWindow::morListViewer()
 
 void MainWindow::importDB() {}
 
-void MainWindow::deleteAllExperiments() {}
-
-void MainWindow::deleteAllExpAndManipulations() {}
-
-void MainWindow::deleteAll() {}
 
 void MainWindow::searchRequestedFromWidget() {}
 

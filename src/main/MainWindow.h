@@ -100,6 +100,10 @@ private:
     /// Copies the file @p from to @p to, which keeps its content until the copy is complete.
     static bool copyFile(const QString &from, const QString &to);
 
+    void emptyExperimentTables();
+    void emptyManipulationTables();
+    void emptyMorphologyTables();
+
     [[nodiscard]] QList<ElementTab *> tabs() const;
     /// What makes sense only with an open file.
     [[nodiscard]] QList<QAction *> fileActions() const;
