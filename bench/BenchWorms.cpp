@@ -1,6 +1,5 @@
 #include "BenchWorms.h"
 
-#include "db/DBExp.h"
 #include "db/ExperimentFactory.h"
 #include "model/Angles.h"
 #include "model/Morphology.h"
@@ -67,43 +66,6 @@ std::unique_ptr<Morphology> BenchWorms::varied(int number)
                                  {upTo(60.0) - 30.0, upTo(60.0) - 30.0}, upTo(Angles::fullTurn));
     }
     return worm;
-}
-
-namespace {
-
-std::unique_ptr<Morphology> anyWildType(int /*number*/)
-{
-    return BenchWorms::wildType();
-}
-
-} // namespace
-
-BenchLibrary::BenchLibrary(int count) : BenchLibrary(count, anyWildType) {}
-
-BenchLibrary::BenchLibrary(int count, std::unique_ptr<Morphology> (*make)(int number))
-{
-    create();
-    database.beginTransaction(); // one for all worms: a file of thousands is made in seconds
-    for (int i = 1; i <= count; ++i) {
-        const std::unique_ptr<Morphology> worm = make(i);
-        worm->setName(QStringLiteral("Worm %1").arg(i));
-        worm->submit(&database);
-    }
-    if (!database.endTransaction())
-        qFatal("cannot fill %s", qUtf8Printable(fileName()));
-}
-
-BenchLibrary::BenchLibrary(Morphology *worm)
-{
-    create();
-    if (worm->submit(&database) < 1)
-        qFatal("cannot fill %s", qUtf8Printable(fileName()));
-}
-
-void BenchLibrary::create()
-{
-    if (!database.createEmptyDB(fileName()) || !DBExp::buildDB(&database))
-        qFatal("cannot make %s", qUtf8Printable(fileName()));
 }
 
 } // namespace Planaria

@@ -1,3 +1,4 @@
+#include "BenchLibrary.h"
 #include "BenchWorms.h"
 #include "db/BulkRead.h"
 #include "distance/DistAlgo.h"

@@ -1,3 +1,4 @@
+#include "BenchLibrary.h"
 #include "BenchWorms.h"
 #include "experiment/ExperimentForm.h"
 #include "model/Experiment.h"

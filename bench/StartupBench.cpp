@@ -1,4 +1,4 @@
-#include "BenchWorms.h"
+#include "BenchLibrary.h"
 #include "main/MainWindow.h"
 
 #include <QApplication>
