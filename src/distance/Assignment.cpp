@@ -2,26 +2,26 @@
 
 namespace Planaria {
 
-void Assignment::reset(int sizeOfFirst, int sizeOfSecond)
+void Assignment::reset(int newSizeOfFirst, int newSizeOfSecond)
 {
-    pairs.clear();
-    partnersOfFirst.assign(static_cast<std::size_t>(sizeOfFirst), waiting);
-    partnersOfSecond.assign(static_cast<std::size_t>(sizeOfSecond), waiting);
-    left = sizeOfSecond;
+    sizeOfFirst_ = newSizeOfFirst;
+    sizeOfSecond_ = newSizeOfSecond;
+    bitCells = (static_cast<unsigned>(newSizeOfSecond) + bitsOfCell - 1) / bitsOfCell;
+    cells.assign(partnerCell(0), 0);
+    cells.resize(partnerCell(sizeOfFirst_), waiting);
+    cells[leftCell] = sizeOfSecond_;
+    for (int second = 0; second < sizeOfSecond_; ++second)
+        toggle(second);
 }
 
-void Assignment::shortenTo(int count)
+void Assignment::takeBack(int second)
 {
-    while (pairCount() > count) {
-        const int second = pairs.back();
-        pairs.pop_back();
-        const int first = nextOfFirst();
-        if (first != none)
-            partnersOfFirst[static_cast<std::size_t>(first)] = waiting;
-        if (second != none) {
-            partnersOfSecond[static_cast<std::size_t>(second)] = waiting;
-            ++left;
-        }
+    --cells[pairCell];
+    if (pairCount() < sizeOfFirst_)
+        cells[partnerCell(pairCount())] = waiting;
+    if (second != none) {
+        toggle(second);
+        ++cells[leftCell];
     }
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <span>
 #include <vector>
 
 namespace Planaria {
@@ -15,70 +18,95 @@ public:
     static constexpr int none = -1;    // in place of a partner
     static constexpr int waiting = -2; // an element not placed yet
 
-    /// Starts without pairs. @param sizeOfFirst, sizeOfSecond numbers of elements
-    void reset(int sizeOfFirst, int sizeOfSecond);
+    /// Starts without pairs. @param newSizeOfFirst, newSizeOfSecond numbers of elements
+    void reset(int newSizeOfFirst, int newSizeOfSecond);
 
-    [[nodiscard]] int pairCount() const { return static_cast<int>(pairs.size()); }
-    [[nodiscard]] bool isComplete() const { return nextOfFirst() == none && left == 0; }
+    [[nodiscard]] int pairCount() const { return cells[pairCell]; }
+    [[nodiscard]] bool isComplete() const
+    {
+        return nextOfFirst() == none && waitingOfSecond() == 0;
+    }
     /// The element that the next pair is for; none once all of the first list are placed.
     [[nodiscard]] int nextOfFirst() const
     {
-        return pairs.size() < partnersOfFirst.size() ? pairCount() : none;
+        return pairCount() < sizeOfFirst_ ? pairCount() : none;
     }
-    [[nodiscard]] int sizeOfSecond() const { return static_cast<int>(partnersOfSecond.size()); }
-    /// How many elements of the second list wait.
-    [[nodiscard]] int leftOfSecond() const { return left; }
+    [[nodiscard]] int sizeOfFirst() const { return sizeOfFirst_; }
+    [[nodiscard]] int sizeOfSecond() const { return sizeOfSecond_; }
+    /// How many elements wait.
+    [[nodiscard]] int waitingOfFirst() const { return std::max(sizeOfFirst_ - pairCount(), 0); }
+    [[nodiscard]] int waitingOfSecond() const { return cells[leftCell]; }
 
-    // The partner of an element, none or waiting.
-
-    [[nodiscard]] int partnerOfFirst(int element) const
+    /// The partner of an element, none or waiting.
+    [[nodiscard]] int partnerOfFirst(int element) const { return cells[partnerCell(element)]; }
+    [[nodiscard]] bool isWaiting(int second) const
     {
-        return partnersOfFirst[static_cast<std::size_t>(element)];
+        const auto position = static_cast<unsigned>(second);
+        return (bitsAt(position / bitsOfCell) >> (position % bitsOfCell) & 1U) != 0;
     }
-    [[nodiscard]] int partnerOfSecond(int element) const
+    /// Calls @p visit with each element of the second list that waits, in order, until it returns
+    /// false. @return whether it never did
+    template <typename Visit> [[nodiscard]] bool forEachWaiting(const Visit &visit) const
     {
-        return partnersOfSecond[static_cast<std::size_t>(element)];
+        for (unsigned cell = 0; cell < bitCells; ++cell) {
+            for (std::uint32_t bits = bitsAt(cell); bits != 0; bits &= bits - 1) {
+                if (!visit(static_cast<int>(cell * bitsOfCell) + std::countr_zero(bits)))
+                    return false;
+            }
+        }
+        return true;
     }
 
     /// Makes the next pair. @param second an element that waits; or none, while nextOfFirst() is
-    /// one
+    /// an element
     void add(int second)
     {
-        setPair(pairs.size(), second);
-        pairs.push_back(second);
-    }
-    /// Takes the last pairs back until @p count are left.
-    void shortenTo(int count);
-    /// Replaces all pairs by @p count others, which @p takeLast gives from the last to the first.
-    template <typename TakeLast> void replace(int count, const TakeLast &takeLast)
-    {
-        std::fill(partnersOfFirst.begin(), partnersOfFirst.end(), waiting);
-        std::fill(partnersOfSecond.begin(), partnersOfSecond.end(), waiting);
-        left = sizeOfSecond();
-        pairs.resize(static_cast<std::size_t>(count));
-        for (std::size_t i = pairs.size(); i-- > 0;) {
-            pairs[i] = takeLast();
-            setPair(i, pairs[i]);
+        if (pairCount() < sizeOfFirst_)
+            cells[partnerCell(pairCount())] = second;
+        if (second != none) {
+            toggle(second);
+            --cells[leftCell];
         }
+        ++cells[pairCell];
+    }
+    /// Takes the last pair back, which was made with @p second.
+    void takeBack(int second);
+
+    /// All pairs in one piece, as copies that are kept of them; its size stays until reset().
+    [[nodiscard]] std::span<const std::int32_t> row() const { return cells; }
+    void setRow(std::span<const std::int32_t> row)
+    {
+        std::copy(row.begin(), row.end(), cells.begin());
     }
 
 private:
-    void setPair(std::size_t position, int second)
+    static constexpr unsigned bitsOfCell = 32;
+    static constexpr std::size_t pairCell = 0;
+    static constexpr std::size_t leftCell = 1;
+    static constexpr std::size_t firstBitCell = 2;
+
+    [[nodiscard]] std::size_t partnerCell(int first) const
     {
-        const bool hasFirst = position < partnersOfFirst.size();
-        if (hasFirst)
-            partnersOfFirst[position] = second;
-        if (second != none) {
-            partnersOfSecond[static_cast<std::size_t>(second)] =
-                hasFirst ? static_cast<int>(position) : none;
-            --left;
-        }
+        return firstBitCell + bitCells + static_cast<std::size_t>(first);
+    }
+    [[nodiscard]] std::uint32_t bitsAt(unsigned cell) const
+    {
+        return static_cast<std::uint32_t>(cells[firstBitCell + cell]);
+    }
+    void toggle(int second)
+    {
+        const auto position = static_cast<unsigned>(second);
+        std::int32_t &cell = cells[firstBitCell + position / bitsOfCell];
+        cell = static_cast<std::int32_t>(static_cast<std::uint32_t>(cell) ^
+                                         1U << (position % bitsOfCell));
     }
 
-    std::vector<int> pairs; // the second of each
-    std::vector<int> partnersOfFirst;
-    std::vector<int> partnersOfSecond;
-    int left = 0;
+    int sizeOfFirst_ = 0;
+    int sizeOfSecond_ = 0;
+    unsigned bitCells = 0;
+    // Numbers of pairs and of elements that wait in the second list; a bit for each of these, set
+    // while it waits; the partner of each element of the first list.
+    std::vector<std::int32_t> cells;
 };
 
 } // namespace Planaria

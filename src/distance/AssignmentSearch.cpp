@@ -2,7 +2,26 @@
 
 namespace Planaria {
 
-bool AssignmentSearch::takeStep(double best, Step *present)
+// --- The walk ---
+
+void AssignmentSearch::countOrders(int most)
+{
+    if (orders.empty())
+        orders.push_back(1.0);
+    while (std::ssize(orders) <= most)
+        orders.push_back(orders.back() * static_cast<double>(orders.size()));
+}
+
+void AssignmentSearch::moveBestToEnd(std::size_t begin)
+{
+    const auto added = steps.begin() + static_cast<std::ptrdiff_t>(begin);
+    if (added == steps.end())
+        return;
+    const auto isBetter = [](const Step &a, const Step &b) { return a.least < b.least; };
+    std::iter_swap(std::prev(steps.end()), std::min_element(added, steps.end(), isBetter));
+}
+
+bool AssignmentSearch::takeStep(Step *present)
 {
     while (!steps.empty() && steps.back().cost > best)
         steps.pop_back();
@@ -10,56 +29,54 @@ bool AssignmentSearch::takeStep(double best, Step *present)
         return false;
     *present = steps.back();
     steps.pop_back();
-    current.shortenTo(present->pairs);
+    while (current.pairCount() > present->pairs) {
+        current.takeBack(trail.back());
+        trail.pop_back();
+    }
     current.add(present->second);
+    trail.push_back(present->second);
     return true;
 }
 
-void AssignmentSearch::open(double cost, int parent, int second)
+// --- The search ---
+
+void AssignmentSearch::addExtension(double cost, int second)
 {
-    if (openPaths.size() == mostOpenPaths)
-        release(openPaths.takeLast().path);
-    openPaths.insert(cost, addPath(parent, second));
+    if (openPaths.size() + extensions.size() == openPathLimit)
+        giveUpDearest();
+    extensions.push_back({cost, second});
+    dearestExtension = std::max(dearestExtension, cost);
 }
 
-int AssignmentSearch::addPath(int parent, int second)
+void AssignmentSearch::giveUpDearest()
 {
-    Path path{parent, 1, second, 0};
-    if (parent != none) {
-        Path &extended = paths[static_cast<std::size_t>(parent)];
-        ++extended.users;
-        path.pairs = extended.pairs + 1;
+    if (dearestExtension <= openPaths.highestCost()) {
+        rows.release(openPaths.takeLast().row);
+        return;
     }
-
-    if (freePaths.empty()) {
-        paths.push_back(path);
-        return static_cast<int>(paths.size()) - 1;
-    }
-    const int index = freePaths.back();
-    freePaths.pop_back();
-    paths[static_cast<std::size_t>(index)] = path;
-    return index;
+    const auto isCheaper = [](const Extension &a, const Extension &b) { return a.cost < b.cost; };
+    extensions.erase(std::max_element(extensions.begin(), extensions.end(), isCheaper));
+    dearestExtension = 0.0;
+    for (const Extension &extension : extensions)
+        dearestExtension = std::max(dearestExtension, extension.cost);
 }
 
-void AssignmentSearch::release(int path)
+void AssignmentSearch::openExtensions()
 {
-    while (path != none) {
-        Path &released = paths[static_cast<std::size_t>(path)];
-        if (--released.users > 0)
-            return;
-        freePaths.push_back(path);
-        path = released.parent;
-    }
+    const int row = rows.add(current.row(), static_cast<int>(extensions.size()));
+    for (const Extension &extension : extensions)
+        openPaths.insert({extension.cost, row, extension.second});
+    extensions.clear();
+    dearestExtension = 0.0;
 }
 
-void AssignmentSearch::expose(int path)
+double AssignmentSearch::exposeFirst()
 {
-    const auto pathAt = [this](int index) { return paths[static_cast<std::size_t>(index)]; };
-    current.replace(pathAt(path).pairs, [&] {
-        const Path last = pathAt(path);
-        path = last.parent;
-        return last.second;
-    });
+    const OpenPath first = openPaths.takeFirst();
+    current.setRow(rows.row(first.row));
+    current.add(first.second);
+    rows.release(first.row);
+    return first.cost;
 }
 
 } // namespace Planaria

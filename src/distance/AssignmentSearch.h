@@ -2,8 +2,10 @@
 
 #include "distance/Assignment.h"
 #include "distance/OpenPaths.h"
+#include "distance/PathRows.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <utility>
@@ -24,6 +26,8 @@ namespace Planaria {
 ///     What the path of assignment(), of which @p cost is known, costs with one more pair; never
 ///     less than without. Above @p most any number will do. A path whose cost is no number, as
 ///     damaged files may have it, is not followed.
+///   double leastRest(int first, int second)
+///     The least that may be added to a path where so many elements of the two lists wait.
 ///   bool areTwins(int second, int other)
 ///     Whether two elements of the second list may change places in any path, and all costs stay.
 ///   static constexpr bool insertionsAreAlike
@@ -50,12 +54,15 @@ public:
         if (areTooLong(static_cast<std::size_t>(sizeOfFirst),
                        static_cast<std::size_t>(sizeOfSecond)))
             return asTheyStand(costs);
+        countOrders(sizeOfSecond);
         findTwins(*costs);
-        const Walked walked = walk(costs);
-        if (walked.isProven)
-            return walked.best;
-        current.reset(sizeOfFirst, sizeOfSecond);
-        return search(walked.best, costs);
+        best = infinity;
+        // Then not all paths together are too many.
+        const bool isSmall = completions(sizeOfFirst, sizeOfSecond) <= mostBadPaths;
+        if (!isSmall)
+            guess(costs);
+        counted = isSmall ? infinity : fewCompletions;
+        return walk(costs) ? best : search(mostOpenPaths, &searchSteps, costs);
     }
 
 private:
@@ -78,7 +85,7 @@ private:
             current.add(isPair ? first : none);
         }
         for (int second = 0; second < current.sizeOfSecond(); ++second) {
-            if (current.partnerOfSecond(second) == Assignment::waiting) {
+            if (current.isWaiting(second)) {
                 cost = costs->ofPath(cost, none, second, infinity);
                 current.add(second);
             }
@@ -88,13 +95,17 @@ private:
 
     // --- The walk ---
     //
-    // Depth first through all paths that cost no more than the best complete one. The search takes
+    // Depth first through the paths that cost no more than the best complete one. The search takes
     // those too, but through a queue, for many times the price.
     //
-    // Its result is that of the search, provided that fewer than 5000 of these paths are dead ends.
-    // Call a path good which some complete path of the best cost extends, and let the others, whose
-    // extensions all come to dead ends, be bad. Open paths never extend each other. So fewer than
-    // 5000 bad ones can stand before the first good one, which is therefore never given up.
+    // Its result is that of the search, provided that few enough of these paths are bad. Call a
+    // path good which some complete path of the best cost extends. Open paths never extend each
+    // other, so there are no more bad ones at a time than there are ways to go on from bad paths to
+    // the end, be it a complete path or one that cannot go on at the best cost. While those are
+    // fewer than 5000, there is always room for the first good path, which is thus never given up.
+    //
+    // A path is known to be bad once the least that is still to come takes it beyond the best
+    // cost. Near the end it is cheaper then to count all complete paths that extend it.
     //
     // Where elements of the second list are twins, paths that differ only by which of them they
     // take are good or bad together, and cost the same. Of those the walk takes the one that takes
@@ -102,16 +113,26 @@ private:
     //
     // It may give up: the search finds the same, at its own pace.
 
-    struct Walked
-    {
-        double best;
-        bool isProven; // to be the result of the search
-    };
+    static constexpr double mostBadPaths = mostOpenPaths - 1.0;
+    /// So many complete paths, or fewer, are counted rather than walked to.
+    static constexpr double fewCompletions = 8.0;
+    /// What takes more off a sum than can have come into it by rounding.
+    static constexpr double withoutRounding = 1.0 - 1e-11;
 
     struct Twins
     {
         int before;   // the last twin before an element, or none
         double after; // the twins from the element on, itself among them
+    };
+
+    /// A pair to go on with, after the first @p pairs of the present path.
+    struct Step
+    {
+        double cost;  // with this pair
+        double least; // that a complete path costs which extends it
+        double ways;  // to make a path like this
+        int pairs;
+        int second;
     };
 
     template <typename Costs> void findTwins(const Costs &costs)
@@ -130,135 +151,164 @@ private:
         }
     }
 
-    /// Whether a path of the walk may take @p second: only after its twins before.
-    [[nodiscard]] bool isNextTwin(int second) const
+    /// Finds the best cost, at or below the one that is known. Gives up where there are too many
+    /// bad paths, or too many complete ones of the best cost, and after its share of the steps that
+    /// all walks may take; but some complete path it finds.
+    /// @return whether the best cost is the result of the search
+    template <typename Costs> bool walk(Costs *costs)
     {
-        const int before = twins[static_cast<std::size_t>(second)].before;
-        return before == none || current.partnerOfSecond(before) != Assignment::waiting;
-    }
-
-    /// A pair to go on with, after the first @p pairs of the present path.
-    struct Step
-    {
-        double cost; // with this pair
-        double ways; // to make a path like this
-        int pairs;
-        int second;
-    };
-
-    /// Gives up where too many dead ends, or too many paths of the best cost, were met, and after
-    /// its share of the steps that all walks may take. What it has found then is a complete path.
-    template <typename Costs> Walked walk(Costs *costs)
-    {
+        current.reset(current.sizeOfFirst(), current.sizeOfSecond());
         const std::int64_t leftAtEnd = walkSteps - walkSteps / 16;
-        double best = infinity;
+        badWays = 0.0;
         double bestWays = 0.0; // to make complete paths of that cost
-        double deadEnds = 0.0;
         std::size_t completed = 0;
-        Step present{0.0, 1.0, 0, none};
+        Step present{0.0, 0.0, 1.0, 0, none};
         steps.clear();
+        trail.clear();
         do {
-            if (current.isComplete()) {
+            if (!current.isComplete()) {
+                addSteps(present, costs);
+            } else {
                 ++completed;
                 if (present.cost < best)
-                    deadEnds += std::exchange(bestWays, 0.0);
+                    badWays += std::exchange(bestWays, 0.0);
                 bestWays += present.ways;
                 best = present.cost;
-            } else if (!addSteps(present, best, costs)) {
-                deadEnds += present.ways;
             }
             const bool isLong =
-                deadEnds >= mostOpenPaths || completed >= mostOpenPaths || walkSteps < leftAtEnd;
-            if (isLong && completed > 0)
-                return {best, false};
-        } while (takeStep(best, &present));
-        return {best, true};
+                badWays > mostBadPaths || completed >= mostOpenPaths || walkSteps < leftAtEnd;
+            if (isLong && best < infinity)
+                return false;
+        } while (takeStep(&present));
+        return true;
     }
 
-    /// The steps from the present path that lead not beyond @p best, the cheapest as the last.
-    template <typename Costs> bool addSteps(const Step &present, double best, Costs *costs)
+    /// The steps from the present path that lead not beyond the best cost, the most promising as
+    /// the last.
+    template <typename Costs> void addSteps(const Step &present, Costs *costs)
     {
-        const auto before = static_cast<std::ptrdiff_t>(steps.size());
+        const std::size_t before = steps.size();
         const bool alike = Costs::insertionsAreAlike && current.nextOfFirst() == none;
+        const int firstLeft = std::max(current.waitingOfFirst() - 1, 0);
+        bool isEnd = true;
         forEachPair([&](int first, int second) {
             if (second != none && !isNextTwin(second))
                 return true;
             const double cost = costs->ofPath(present.cost, first, second, best);
             --walkSteps;
-            if (cost <= best)
-                steps.push_back(
-                    {cost, present.ways * waysToTake(second, alike), current.pairCount(), second});
+            if (cost <= best) {
+                isEnd = false;
+                const int secondLeft = current.waitingOfSecond() - (second == none ? 0 : 1);
+                addStep({cost, cost + costs->leastRest(firstLeft, secondLeft),
+                         present.ways * waysToTake(second, alike), current.pairCount(), second},
+                        firstLeft, secondLeft);
+            }
             return !alike;
         });
-        const auto added = steps.begin() + before;
-        if (added == steps.end())
-            return false;
-        std::iter_swap(std::prev(steps.end()),
-                       std::min_element(added, steps.end(), [](const Step &a, const Step &b) {
-                           return a.cost < b.cost;
-                       }));
-        return true;
+        if (isEnd)
+            badWays += present.ways;
+        moveBestToEnd(before);
+    }
+
+    /// @param firstLeft, secondLeft numbers of elements that wait after it
+    void addStep(const Step &step, int firstLeft, int secondLeft)
+    {
+        if (step.least * withoutRounding > best) {
+            const double ways = completions(firstLeft, secondLeft);
+            if (ways <= counted) {
+                badWays += step.ways * ways;
+                return;
+            }
+        }
+        steps.push_back(step);
     }
 
     /// How many elements may stand in for @p second.
     [[nodiscard]] double waysToTake(int second, bool alike) const
     {
         if (alike)
-            return current.leftOfSecond();
+            return current.waitingOfSecond();
         return second == none ? 1.0 : twins[static_cast<std::size_t>(second)].after;
     }
 
+    /// Whether a path of the walk may take @p second: only after its twins before.
+    [[nodiscard]] bool isNextTwin(int second) const
+    {
+        const int before = twins[static_cast<std::size_t>(second)].before;
+        return before == none || !current.isWaiting(before);
+    }
+
+    /// In how many ways a path can be completed in which so many elements wait: each of the first
+    /// list may stay without partner, and what is left of the second one then follows in any order.
+    [[nodiscard]] double completions(int first, int second) const
+    {
+        return std::ldexp(orders[static_cast<std::size_t>(second)], first);
+    }
+    void countOrders(int most);
+    void moveBestToEnd(std::size_t begin);
     /// Goes to the next path; false where none is left.
-    bool takeStep(double best, Step *present);
+    bool takeStep(Step *present);
 
     // --- The search ---
-    //
-    // Paths share what they have in common: each knows its last pair and the path that it extends.
 
-    struct Path
+    /// Finds the cost of a complete path that is good as a rule.
+    template <typename Costs> void guess(Costs *costs)
     {
-        int parent;
-        int users;  // itself, while open, and the paths that extend it
-        int second; // of the last pair
-        int pairs;
-    };
+        constexpr std::size_t fewOpenPaths = 40;
+        if (current.sizeOfSecond() + 1 >= static_cast<int>(fewOpenPaths))
+            return;
+        std::int64_t stepsLeft = 1 << 14;
+        best = search(fewOpenPaths, &stepsLeft, costs);
+    }
 
-    /// @param best cost of a complete path: the result where the search takes too many steps
-    template <typename Costs> double search(double best, Costs *costs)
+    /// @param limit how many open paths are kept; more than the extensions of one
+    /// @return the best cost known before where it takes too many steps
+    template <typename Costs>
+    double search(std::size_t limit, std::int64_t *stepsLeft, Costs *costs)
     {
-        paths.clear();
-        freePaths.clear();
-        openPaths.clear();
-        OpenPaths::Entry present{0.0, addPath(none, none)};
+        current.reset(current.sizeOfFirst(), current.sizeOfSecond());
+        rows.clear(current.row().size());
+        openPathLimit = limit;
+        openPaths.reset(1.5 * best);
+        double cost = 0.0;
         while (!current.isComplete()) {
-            if (searchSteps < 0)
+            if (*stepsLeft < 0)
                 return best;
             forEachPair([&](int first, int second) {
-                --searchSteps;
+                --*stepsLeft;
                 const double most = highestUsefulCost();
-                const double cost = costs->ofPath(present.cost, first, second, most);
-                if (cost <= most)
-                    open(cost, present.path, second);
+                const double extended = costs->ofPath(cost, first, second, most);
+                if (extended <= most)
+                    addExtension(extended, second);
                 return true;
             });
-            release(present.path);
-            present = openPaths.takeFirst();
-            expose(present.path);
+            openExtensions();
+            cost = exposeFirst();
         }
-        return present.cost;
+        return cost;
     }
+
+    /// An open path in the making: the present one with one more pair.
+    struct Extension
+    {
+        double cost;
+        int second;
+    };
 
     /// The cost above which a new path would be given up at once.
-    [[nodiscard]] double highestUsefulCost() const
+    [[nodiscard]] double highestUsefulCost()
     {
-        return openPaths.size() < mostOpenPaths ? infinity : openPaths.highestCost();
+        if (openPaths.size() + extensions.size() < openPathLimit)
+            return infinity;
+        return std::max(openPaths.highestCost(), dearestExtension);
     }
 
-    void open(double cost, int parent, int second);
-    int addPath(int parent, int second);
-    void release(int path);
-    /// Makes the present path that of @p path.
-    void expose(int path);
+    /// Gives another path up for it if need be.
+    void addExtension(double cost, int second);
+    void giveUpDearest();
+    void openExtensions();
+    /// Takes the cheapest open path for the present one. @return its cost
+    double exposeFirst();
 
     // --- Both ---
 
@@ -266,20 +316,28 @@ private:
     template <typename Visit> void forEachPair(const Visit &visit) const
     {
         const int first = current.nextOfFirst();
-        for (int second = 0; second < current.sizeOfSecond(); ++second) {
-            if (current.partnerOfSecond(second) == Assignment::waiting && !visit(first, second))
-                return;
-        }
-        if (first != none)
+        const bool wantsMore =
+            current.forEachWaiting([&](int second) { return visit(first, second); });
+        if (wantsMore && first != none)
             visit(first, none);
     }
 
     Assignment current;
-    std::vector<Twins> twins; // by element of the second list
-    std::vector<Step> steps;  // to be taken from the end
-    std::vector<Path> paths;
-    std::vector<int> freePaths;
+
+    std::vector<double> orders; // in which so many elements can stand
+    std::vector<Twins> twins;   // by element of the second list
+    std::vector<Step> steps;    // to be taken from the end
+    std::vector<int> trail;     // what the pairs of the present path take of the second list
+    double best = infinity;     // cost of a complete path
+    double badWays = 0.0;       // to the ends of bad paths
+    double counted = 0.0;       // up to so many ways on from a bad path
+
+    std::size_t openPathLimit = 0;
+    PathRows rows;
     OpenPaths openPaths;
+    std::vector<Extension> extensions; // of the present path
+    double dearestExtension = 0.0;
+
     // What is left of them. Of the second kind there are several times as many as one may wait for
     // if each path were a list of its own; only lists of ten elements and more that are almost
     // equal, as damaged files may have them, take all.

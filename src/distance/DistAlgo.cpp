@@ -1,6 +1,7 @@
 #include "distance/DistAlgo.h"
 
 #include "distance/AssignmentSearch.h"
+#include "distance/LinkCosts.h"
 #include "distance/WormData.h"
 #include "model/Angles.h"
 
@@ -16,24 +17,13 @@ namespace {
 using namespace Costs;
 using Angles::halfTurn;
 using OrganData = WormData::OrganData;
-using LinkData = WormData::LinkData;
 using RegionData = WormData::RegionData;
 
 constexpr int none = Assignment::none;
-constexpr int waiting = Assignment::waiting;
-constexpr int noLink = WormData::noLink;
 
 std::size_t at(int index)
 {
     return static_cast<std::size_t>(index);
-}
-
-/// The angle between two directions, 0 to pi.
-double angleBetween(double a, double b)
-{
-    const double angle = Angles::normalized(a - b);
-    // Many turns leave rounding errors, of which no cost may fall below 0.
-    return std::clamp(angle > halfTurn ? Angles::fullTurn - angle : angle, 0.0, halfTurn);
 }
 
 // --- Single changes ---
@@ -42,7 +32,7 @@ double organChange(const OrganData &a, const OrganData &b)
 {
     double cost = moveOrgan * Angles::length(b.pos - a.pos);
     if (a.isSpot && b.isSpot) {
-        cost += changeSpotOrganRotation / halfTurn * angleBetween(a.rot, b.rot);
+        cost += changeSpotOrganRotation / halfTurn * Angles::between(a.rot, b.rot);
         if (a.typeId != b.typeId)
             cost += changeSpotOrganType;
     } else if (!a.isSpot && !b.isSpot) {
@@ -54,16 +44,6 @@ double organChange(const OrganData &a, const OrganData &b)
     return cost;
 }
 
-double linkChange(const LinkData &a, const LinkData &b)
-{
-    double cost = changeLinkDistance * std::abs(b.dist - a.dist);
-    const double turn = angleBetween(a.ang, b.ang) / halfTurn;
-    cost += changeLinkAngle * turn;
-    if (turn > 0.5)
-        cost += changeLinkAngleMore90Penalty;
-    return cost;
-}
-
 double typeAndParamsChange(const RegionData &a, const RegionData &b)
 {
     double params = 0.0;
@@ -71,6 +51,36 @@ double typeAndParamsChange(const RegionData &a, const RegionData &b)
         params += changeRegionParameter * std::abs(a.params[i] - b.params[i]);
     return (a.typeId == b.typeId ? 0.0 : changeRegionType) + params;
 }
+
+/// The least that a path may still cost: each element of the first list that waits takes its
+/// cheapest partner or none, and where more wait in the second list the surplus has none.
+class LeastRest final
+{
+public:
+    /// @param lone the least that an element without partner costs
+    /// @param costOf tells the least that two elements cost
+    template <typename CostOf>
+    void reset(int sizeOfFirst, int sizeOfSecond, double lone, const CostOf &costOf)
+    {
+        ofLone = lone;
+        sums.assign(1, 0.0);
+        for (int first = sizeOfFirst - 1; first >= 0; --first) {
+            double least = lone;
+            for (int second = 0; second < sizeOfSecond; ++second)
+                least = std::min(least, costOf(first, second));
+            sums.push_back(sums.back() + least);
+        }
+    }
+
+    [[nodiscard]] double of(int first, int second) const
+    {
+        return sums[at(first)] + ofLone * std::max(second - first, 0);
+    }
+
+private:
+    double ofLone = 0.0;
+    std::vector<double> sums; // over so many elements of the first list, from its end
+};
 
 // --- Organs ---
 
@@ -87,9 +97,14 @@ public:
         from = a;
         to = b;
         changes.clear();
-        if (!AssignmentSearch::areTooLong(a.size(), b.size()))
+        const auto rows = static_cast<int>(a.size());
+        const auto columns = static_cast<int>(b.size());
+        if (!AssignmentSearch::areTooLong(a.size(), b.size())) {
             fillChanges();
-        return search.cheapest(static_cast<int>(a.size()), static_cast<int>(b.size()), this);
+            rest.reset(rows, columns, insertDeleteOrgan,
+                       [this](int i, int j) { return change(at(i), at(j)); });
+        }
+        return search.cheapest(rows, columns, this);
     }
 
     [[nodiscard]] double ofPath(double cost, int first, int second, double /*most*/) const
@@ -97,6 +112,8 @@ public:
         const bool isPair = first != none && second != none;
         return cost + (isPair ? change(at(first), at(second)) : insertDeleteOrgan);
     }
+
+    [[nodiscard]] double leastRest(int first, int second) const { return rest.of(first, second); }
 
     [[nodiscard]] bool areTwins(int second, int other) const
     {
@@ -121,6 +138,7 @@ private:
     std::span<const OrganData> from;
     std::span<const OrganData> to;
     std::vector<double> changes; // by pair, row by row; empty where there are too many
+    LeastRest rest;
     AssignmentSearch search;
 };
 
@@ -132,8 +150,10 @@ class RegionCosts final
 public:
     static constexpr bool insertionsAreAlike = false; // links tell them apart
 
-    RegionCosts(const Morphology &first, const Morphology &second) : a(first), b(second)
+    RegionCosts(const Morphology &first, const Morphology &second)
+        : a(first), b(second), links(a, b)
     {
+        listLoneCosts();
         if (AssignmentSearch::areTooLong(at(a.regionCount()), at(b.regionCount())))
             return;
         changes.reserve(at(a.regionCount()) * at(b.regionCount()));
@@ -141,6 +161,8 @@ public:
             for (int j = 0; j < b.regionCount(); ++j)
                 changes.push_back(quickChange(a.region(i), b.region(j)));
         }
+        rest.reset(a.regionCount(), b.regionCount(), insertDeleteRegion,
+                   [this](int i, int j) { return change(i, j).cost; });
     }
 
     double cheapest() { return search.cheapest(a.regionCount(), b.regionCount(), this); }
@@ -148,11 +170,13 @@ public:
     double ofPath(double cost, int first, int second, double most)
     {
         if (first == none)
-            return cost + loneCost(b.region(second), &Assignment::partnerOfSecond);
+            return cost + loneCost(second);
         if (second == none)
-            return cost + loneCost(a.region(first), &Assignment::partnerOfFirst);
+            return cost + loneOfFirst[at(first)];
         return ofPair(cost, first, second, most);
     }
+
+    [[nodiscard]] double leastRest(int first, int second) const { return rest.of(first, second); }
 
     [[nodiscard]] bool areTwins(int second, int other) const
     {
@@ -173,21 +197,25 @@ private:
         bool isExact;
     };
 
+    Change &change(int first, int second)
+    {
+        return changes[at(first) * at(b.regionCount()) + at(second)];
+    }
+
     double ofPair(double cost, int first, int second, double most)
     {
-        const RegionData &from = a.region(first);
-        const RegionData &to = b.region(second);
         Change unlisted{};
         if (changes.empty())
-            unlisted = quickChange(from, to);
-        Change &change =
-            changes.empty() ? unlisted : changes[at(first) * at(b.regionCount()) + at(second)];
-        if (!change.isExact && cost + change.cost <= most) {
-            change.cost = change.typeAndParams + organCosts.cheapest(from.organs, to.organs);
-            change.isExact = true;
+            unlisted = quickChange(a.region(first), b.region(second));
+        Change &known = changes.empty() ? unlisted : change(first, second);
+        if (cost + known.cost > most)
+            return cost + known.cost;
+        if (!known.isExact) {
+            known.cost = known.typeAndParams +
+                         organCosts.cheapest(a.region(first).organs, b.region(second).organs);
+            known.isExact = true;
         }
-        const double withoutLinks = cost + change.cost;
-        return withoutLinks > most ? withoutLinks : cost + (change.cost + linksCost(from, to));
+        return cost + (known.cost + links.ofPair(first, second, path));
     }
 
     static Change quickChange(const RegionData &from, const RegionData &to)
@@ -197,53 +225,41 @@ private:
         return {known, known + insertDeleteOrgan * std::abs(static_cast<double>(surplus)), false};
     }
 
-    /// Of a region without partner. @param partnerOf finds that of another region of its worm
-    [[nodiscard]] double loneCost(const RegionData &region,
-                                  int (Assignment::*partnerOf)(int) const) const
+    /// Of the second worm. One of the first costs the same in every path.
+    [[nodiscard]] double loneCost(int second) const
     {
-        double cost =
-            insertDeleteRegion + insertDeleteOrgan * static_cast<double>(region.organs.size());
-        for (const LinkData &link : region.links) {
-            if ((path.*partnerOf)(link.other) != waiting)
-                cost += insertDeleteLink;
-        }
-        return cost;
+        return withLinks(loneOfSecond[at(second)], links.placedLinks(second, path));
     }
 
-    /// Of the links of a pair to regions placed before. A link is charged with the later of its
-    /// two ends.
-    [[nodiscard]] double linksCost(const RegionData &from, const RegionData &to) const
+    void listLoneCosts()
     {
-        double cost = 0.0;
-        std::ptrdiff_t matched = 0;
-        for (const LinkData &link : from.links) {
-            const int partner = path.partnerOfFirst(link.other);
-            if (partner == waiting)
-                continue;
-            const bool hasCandidates = partner != none && matched < std::ssize(to.links);
-            const int counterpart = hasCandidates ? to.firstLinkTo(partner) : noLink;
-            if (counterpart == noLink) {
-                cost += insertDeleteLink;
-                continue;
-            }
-            cost += linkChange(link, to.links[at(counterpart)]);
-            if (link.isFirst) // parallel ones have the same counterpart
-                ++matched;
-        }
-        std::ptrdiff_t unmatched = -matched;
-        for (const LinkData &link : to.links)
-            unmatched += path.partnerOfSecond(link.other) != waiting ? 1 : 0;
-        for (; unmatched > 0; --unmatched)
+        const auto withOrgans = [](const RegionData &region) {
+            return insertDeleteRegion +
+                   insertDeleteOrgan * static_cast<double>(region.organs.size());
+        };
+        for (int i = 0; i < a.regionCount(); ++i)
+            loneOfFirst.push_back(withLinks(withOrgans(a.region(i)), links.earlierLinks(i)));
+        for (int j = 0; j < b.regionCount(); ++j)
+            loneOfSecond.push_back(withOrgans(b.region(j)));
+    }
+
+    static double withLinks(double cost, int lost)
+    {
+        for (; lost > 0; --lost)
             cost += insertDeleteLink;
         return cost;
     }
 
     WormData a;
     WormData b;
+    LinkCosts links;
     AssignmentSearch search;
     const Assignment &path = search.assignment();
     OrganCosts organCosts;
     std::vector<Change> changes; // by pair, row by row; empty where there are too many
+    std::vector<double> loneOfFirst;
+    std::vector<double> loneOfSecond; // without links
+    LeastRest rest;
 };
 
 } // namespace

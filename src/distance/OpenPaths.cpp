@@ -1,118 +1,111 @@
 #include "distance/OpenPaths.h"
 
-#include <algorithm>
+#include <cmath>
 
 namespace Planaria {
 
 namespace {
 
-/// The first of @p size sorted elements whose cost is not below @p cost, or their end. Its
-/// comparisons cannot be foretold, so it computes with them instead of jumping.
-template <typename Element> Element *firstFrom(Element *begin, std::size_t size, double cost)
+/// Leaves those of equal costs in their order.
+void sortByCost(std::span<OpenPath> paths)
 {
-    while (size > 0) {
-        const std::size_t half = (size + 1) / 2;
-        begin += half * static_cast<std::size_t>(begin[half - 1].cost < cost);
-        size -= half;
+    const auto isCheaper = [](const OpenPath &a, const OpenPath &b) { return a.cost < b.cost; };
+    if (paths.size() > 64) {
+        std::stable_sort(paths.begin(), paths.end(), isCheaper);
+        return;
     }
-    return begin;
+    for (std::size_t i = 1; i < paths.size(); ++i) {
+        const OpenPath path = paths[i];
+        std::size_t place = i;
+        for (; place > 0 && isCheaper(path, paths[place - 1]); --place)
+            paths[place] = paths[place - 1];
+        paths[place] = path;
+    }
 }
 
 } // namespace
 
-void OpenPaths::clear()
+void OpenPaths::reset(double highCost)
 {
-    for (const Place &place : order)
-        freeBlocks.push_back(place.block);
-    order.clear();
-    count = 0;
+    const double perCost = rangeCount / highCost;
+    rangesPerCost = std::isfinite(perCost) ? perCost : 0.0;
+    cheapest.clear();
+    dearest.clear();
+    lastOfCheapest = none;
+    firstOfDearest = rangeCount;
+    newest.assign(rangeCount, none);
+    nodes.clear();
+    freeNodes.clear();
+    betweenCount = 0;
 }
 
-void OpenPaths::insert(double cost, int path)
+OpenPath OpenPaths::takeFirst()
 {
-    auto place =
-        static_cast<std::size_t>(firstFrom(order.data(), order.size(), cost) - order.data());
-    if (place == order.size()) {
-        if (order.empty())
-            order.push_back({cost, newBlock()});
-        else
-            --place;
-        order[place].cost = cost;
-    }
-    Block *block = &blocks[static_cast<std::size_t>(order[place].block)];
-    if (block->begin == 0 && block->end == blockSize) {
-        place = split(place, cost);
-        block = &blocks[static_cast<std::size_t>(order[place].block)];
-    }
+    while (cheapest.size() == 0 && betweenCount > 0)
+        sort(++lastOfCheapest, &cheapest);
+    return cheapest.size() > 0 ? cheapest.takeFirst() : dearest.takeFirst();
+}
 
-    Entry *const begin = block->entries.data() + block->begin;
-    Entry *const end = block->entries.data() + block->end;
-    Entry *const position = firstFrom(begin, static_cast<std::size_t>(end - begin), cost);
-    if (block->begin > 0 && (block->end == blockSize || position - begin < end - position)) {
-        std::move(begin, position, begin - 1);
-        *(position - 1) = {cost, path};
-        --block->begin;
+OpenPath OpenPaths::takeLast()
+{
+    sortDearest();
+    return dearest.size() > 0 ? dearest.takeLast() : cheapest.takeLast();
+}
+
+void OpenPaths::sortDearest()
+{
+    while (dearest.size() == 0 && betweenCount > 0)
+        sort(--firstOfDearest, &dearest);
+}
+
+double OpenPaths::highestOfOthers()
+{
+    sortDearest();
+    return dearest.size() > 0 ? dearest.highestCost() : cheapest.highestCost();
+}
+
+void OpenPaths::put(int range, const OpenPath &path)
+{
+    int &first = newest[static_cast<std::size_t>(range)];
+    const Node node{path, first};
+    if (freeNodes.empty()) {
+        first = static_cast<int>(nodes.size());
+        nodes.push_back(node);
     } else {
-        std::move_backward(position, end, end + 1);
-        *position = {cost, path};
-        ++block->end;
+        first = freeNodes.back();
+        freeNodes.pop_back();
+        nodes[static_cast<std::size_t>(first)] = node;
     }
-    ++count;
+    ++betweenCount;
 }
 
-OpenPaths::Entry OpenPaths::takeFirst()
+/// As costs rise, paths come above the dearest for good. Keeps no more sorted than the highest
+/// range then.
+void OpenPaths::insertIntoDearest(const OpenPath &path)
 {
-    Block &block = blocks[static_cast<std::size_t>(order.front().block)];
-    const Entry first = block.entries[static_cast<std::size_t>(block.begin++)];
-    if (block.begin == block.end) {
-        freeBlocks.push_back(order.front().block);
-        order.erase(order.begin());
-    }
-    --count;
-    return first;
+    dearest.insert(path);
+    if (dearest.size() < manyDearest)
+        return;
+    const int highest = rangeOf(dearest.highestCost());
+    while (rangeOf(dearest.lowestCost()) < highest)
+        sorting.push_back(dearest.takeFirst());
+    firstOfDearest = highest;
+    for (; !sorting.empty(); sorting.pop_back())
+        put(rangeOf(sorting.back().cost), sorting.back());
 }
 
-OpenPaths::Entry OpenPaths::takeLast()
+/// Moves the paths of a range.
+void OpenPaths::sort(int range, SortedPaths *into)
 {
-    Block &block = blocks[static_cast<std::size_t>(order.back().block)];
-    const Entry last = block.entries[static_cast<std::size_t>(--block.end)];
-    if (block.begin == block.end) {
-        freeBlocks.push_back(order.back().block);
-        order.pop_back();
-    } else {
-        order.back().cost = block.entries[static_cast<std::size_t>(block.end - 1)].cost;
+    int &first = newest[static_cast<std::size_t>(range)];
+    for (; first != none; first = nodes[static_cast<std::size_t>(first)].next) {
+        sorting.push_back(nodes[static_cast<std::size_t>(first)].path);
+        freeNodes.push_back(first);
     }
-    --count;
-    return last;
-}
-
-int OpenPaths::newBlock()
-{
-    if (freeBlocks.empty()) {
-        blocks.emplace_back();
-        return static_cast<int>(blocks.size()) - 1;
-    }
-    const int index = freeBlocks.back();
-    freeBlocks.pop_back();
-    Block &block = blocks[static_cast<std::size_t>(index)];
-    block.begin = 0;
-    block.end = 0;
-    return index;
-}
-
-std::size_t OpenPaths::split(std::size_t place, double cost)
-{
-    const int lowerIndex = newBlock();
-    Block &upper = blocks[static_cast<std::size_t>(order[place].block)];
-    Block &lower = blocks[static_cast<std::size_t>(lowerIndex)];
-    const auto middle = upper.entries.begin() + blockSize / 2;
-    std::copy(upper.entries.begin(), middle, lower.entries.begin());
-    lower.end = blockSize / 2;
-    std::copy(middle, upper.entries.end(), upper.entries.begin());
-    upper.end = blockSize / 2;
-    const double lowerCost = lower.entries[static_cast<std::size_t>(lower.end - 1)].cost;
-    order.insert(order.begin() + static_cast<std::ptrdiff_t>(place), {lowerCost, lowerIndex});
-    return lowerCost < cost ? place + 1 : place;
+    betweenCount -= sorting.size();
+    sortByCost(sorting);
+    into->fill(sorting);
+    sorting.clear();
 }
 
 } // namespace Planaria

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <array>
+#include "distance/SortedPaths.h"
+
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -9,49 +11,69 @@ namespace Planaria {
 /// The open paths of a best-first search in the order of their costs; of equal costs the newest
 /// comes first.
 ///
-/// They stand sorted in blocks, which stand sorted too: both ends are at hand, and an insertion
-/// moves no more than one block.
+/// A search takes paths from both ends only. So the paths lie unsorted in many narrow ranges of
+/// costs, and are sorted, a range at a time, once an end comes to it.
 class OpenPaths final
 {
 public:
-    struct Entry
+    [[nodiscard]] std::size_t size() const
     {
-        double cost;
-        int path;
-    };
+        return cheapest.size() + betweenCount + dearest.size();
+    }
 
-    [[nodiscard]] std::size_t size() const { return count; }
-    [[nodiscard]] double highestCost() const { return order.back().cost; }
-
-    void clear();
-    void insert(double cost, int path);
-    Entry takeFirst();
-    Entry takeLast();
+    /// Starts without paths; comes first. @param highCost what most of the paths to come cost at
+    /// most: the speed depends on it, though not the order
+    void reset(double highCost);
+    void insert(const OpenPath &path)
+    {
+        const int range = rangeOf(path.cost);
+        if (range <= lastOfCheapest)
+            cheapest.insert(path);
+        else if (range < firstOfDearest)
+            put(range, path);
+        else
+            insertIntoDearest(path);
+    }
+    OpenPath takeFirst();
+    OpenPath takeLast();
+    [[nodiscard]] double highestCost()
+    {
+        return dearest.size() > 0 ? dearest.highestCost() : highestOfOthers();
+    }
 
 private:
-    static constexpr int blockSize = 128;
+    static constexpr int rangeCount = 1 << 13;
+    static constexpr int none = -1;
+    static constexpr std::size_t manyDearest = 64;
 
-    struct Block
+    /// A path in a list of those of its range, the newest first.
+    struct Node
     {
-        int begin = 0;
-        int end = 0;
-        std::array<Entry, blockSize> entries;
+        OpenPath path;
+        int next;
     };
 
-    /// A block and the cost of its last entry.
-    struct Place
+    /// Grows with the cost, though not with each step.
+    [[nodiscard]] int rangeOf(double cost) const
     {
-        double cost;
-        int block;
-    };
+        return static_cast<int>(std::min(cost * rangesPerCost, rangeCount - 1.0));
+    }
+    void put(int range, const OpenPath &path);
+    void sort(int range, SortedPaths *into);
+    void sortDearest();
+    void insertIntoDearest(const OpenPath &path);
+    double highestOfOthers();
 
-    int newBlock();
-    std::size_t split(std::size_t place, double cost);
-
-    std::vector<Block> blocks;
-    std::vector<int> freeBlocks;
-    std::vector<Place> order; // no block is empty
-    std::size_t count = 0;
+    double rangesPerCost = 0.0;
+    SortedPaths cheapest; // of the ranges up to lastOfCheapest
+    SortedPaths dearest;  // of the ranges from firstOfDearest on
+    int lastOfCheapest = none;
+    int firstOfDearest = rangeCount;
+    std::vector<int> newest; // by range: its list
+    std::vector<Node> nodes;
+    std::vector<int> freeNodes;
+    std::vector<OpenPath> sorting;
+    std::size_t betweenCount = 0; // of paths in lists
 };
 
 } // namespace Planaria

@@ -2,6 +2,7 @@
 
 #include <QPointF>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -18,6 +19,14 @@ inline double normalized(double angle)
 {
     const double rest = angle - fullTurn * std::floor(angle / fullTurn);
     return rest >= fullTurn ? 0.0 : rest; // rounding takes a hair below 0 to a full turn
+}
+
+/// The angle between two directions, in [0, pi].
+inline double between(double one, double other)
+{
+    const double angle = normalized(one - other);
+    // Many turns leave rounding errors, which must not lead beyond either end.
+    return std::clamp(angle > halfTurn ? fullTurn - angle : angle, 0.0, halfTurn);
 }
 
 /// The direction of one who looks back along @p angle; stays in [0, 2 pi) for an angle from there.

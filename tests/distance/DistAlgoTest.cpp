@@ -410,6 +410,7 @@ void DistAlgoTest::endsAtOnceAmongCountlessEqualAssignments()
 {
     const auto equal = heads(QList<double>(40, 10.0));
     QCOMPARE(dist(*equal, *equal), 0.0);
+    QCOMPARE(dist(*equal, *heads(QList<double>(39, 10.0))), 1500.0);
 
     const QList<QJsonObject> eyes(40, spot(1, {}, 0.0));
     QCOMPARE(dist(*trunk(eyes), *trunk(eyes)), 0.0);

@@ -4,9 +4,13 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <limits>
+
 using namespace Planaria;
 
 namespace {
+
+constexpr double infinite = std::numeric_limits<double>::infinity();
 
 /// The same order, kept in one list.
 class PlainOpenPaths final
@@ -15,23 +19,23 @@ public:
     [[nodiscard]] qsizetype size() const { return entries.size(); }
     [[nodiscard]] double highestCost() const { return entries.last().cost; }
 
-    void insert(double cost, int path)
+    void insert(const OpenPath &added)
     {
         const auto place =
             std::find_if(entries.cbegin(), entries.cend(),
-                         [cost](const OpenPaths::Entry &entry) { return entry.cost >= cost; });
-        entries.insert(place - entries.cbegin(), OpenPaths::Entry{cost, path});
+                         [&](const OpenPath &entry) { return entry.cost >= added.cost; });
+        entries.insert(place - entries.cbegin(), added);
     }
-    OpenPaths::Entry takeFirst() { return entries.takeFirst(); }
-    OpenPaths::Entry takeLast() { return entries.takeLast(); }
+    OpenPath takeFirst() { return entries.takeFirst(); }
+    OpenPath takeLast() { return entries.takeLast(); }
 
 private:
-    QList<OpenPaths::Entry> entries;
+    QList<OpenPath> entries;
 };
 
-bool same(const OpenPaths::Entry &a, const OpenPaths::Entry &b)
+bool same(const OpenPath &a, const OpenPath &b)
 {
-    return a.cost == b.cost && a.path == b.path;
+    return a.cost == b.cost && a.row == b.row;
 }
 
 } // namespace
@@ -43,7 +47,7 @@ class OpenPathsTest final : public QObject
 private slots:
     void givesTheCheapestFirstAndTheDearestLast();
     void putsTheNewestOfEqualCostsFirst();
-    void startsAfreshOnceCleared();
+    void startsAfreshOnceReset();
     void keepsItsOrderUnderRandomUse_data();
     void keepsItsOrderUnderRandomUse();
 };
@@ -51,70 +55,82 @@ private slots:
 void OpenPathsTest::givesTheCheapestFirstAndTheDearestLast()
 {
     OpenPaths open;
-    open.insert(2.0, 20);
-    open.insert(1.0, 10);
-    open.insert(3.0, 30);
+    open.reset(4.0);
+    open.insert({2.0, 20, 0});
+    open.insert({1.0, 10, 0});
+    open.insert({3.0, 30, 0});
 
     QCOMPARE(open.size(), std::size_t(3));
     QCOMPARE(open.highestCost(), 3.0);
-    QCOMPARE(open.takeFirst().path, 10);
-    QCOMPARE(open.takeLast().path, 30);
+    QCOMPARE(open.takeFirst().row, 10);
+    QCOMPARE(open.takeLast().row, 30);
     QCOMPARE(open.highestCost(), 2.0);
-    QCOMPARE(open.takeLast().path, 20);
+    QCOMPARE(open.takeLast().row, 20);
     QCOMPARE(open.size(), std::size_t(0));
 }
 
 void OpenPathsTest::putsTheNewestOfEqualCostsFirst()
 {
     OpenPaths open;
+    open.reset(500.0);
     for (int path = 0; path < 1000; ++path)
-        open.insert(7.0, path);
+        open.insert({7.0, path, 0});
 
     for (int path = 999; path >= 500; --path)
-        QCOMPARE(open.takeFirst().path, path);
+        QCOMPARE(open.takeFirst().row, path);
     for (int path = 0; path < 500; ++path)
-        QCOMPARE(open.takeLast().path, path);
+        QCOMPARE(open.takeLast().row, path);
 }
 
-void OpenPathsTest::startsAfreshOnceCleared()
+void OpenPathsTest::startsAfreshOnceReset()
 {
     OpenPaths open;
+    open.reset(500.0);
     for (int path = 0; path < 500; ++path)
-        open.insert(path, path);
+        open.insert({double(path), path, 0});
     open.takeFirst();
-    open.clear();
+    open.reset(1000.0);
     QCOMPARE(open.size(), std::size_t(0));
 
     for (int path = 0; path < 1000; ++path)
-        open.insert(-path, path);
+        open.insert({-double(path), path, 0});
     QCOMPARE(open.highestCost(), 0.0);
-    QCOMPARE(open.takeFirst().path, 999);
-    QCOMPARE(open.takeLast().path, 0);
+    QCOMPARE(open.takeFirst().row, 999);
+    QCOMPARE(open.takeLast().row, 0);
 }
 
 void OpenPathsTest::keepsItsOrderUnderRandomUse_data()
 {
     QTest::addColumn<int>("costs");    // how many different ones
     QTest::addColumn<int>("capacity"); // from which on the last make way
-    QTest::newRow("few costs") << 5 << 5000;
-    QTest::newRow("many costs") << 1000000 << 5000;
-    QTest::newRow("small") << 100 << 3;
-    QTest::newRow("nearly full blocks") << 1000 << 300;
+    QTest::addColumn<double>("highCost");
+    QTest::newRow("few costs") << 5 << 5000 << 5.0;
+    QTest::newRow("many costs") << 1000000 << 5000 << 1e6;
+    QTest::newRow("small") << 100 << 3 << 100.0;
+    QTest::newRow("nearly full blocks") << 1000 << 300 << 1000.0;
+    QTest::newRow("costs that are mostly higher") << 1000 << 1000 << 100.0;
+    QTest::newRow("costs all but the same") << 1000 << 1000 << 1e12;
+    QTest::newRow("no costs expected") << 1000 << 1000 << 0.0;
+    QTest::newRow("endless costs expected") << 1000 << 1000 << infinite;
 }
 
 void OpenPathsTest::keepsItsOrderUnderRandomUse()
 {
     QFETCH(const int, costs);
     QFETCH(const int, capacity);
+    QFETCH(const double, highCost);
 
     for (quint32 seed = 1; seed <= 20; ++seed) {
         QRandomGenerator random(seed);
         OpenPaths open;
+        open.reset(highCost);
         PlainOpenPaths plain;
         for (int step = 0; step < 5000; ++step) {
-            const double cost = random.bounded(costs);
-            open.insert(cost, step);
-            plain.insert(cost, step);
+            // They rise, as in a search, by half of their extent.
+            const double cost =
+                static_cast<double>(random.bounded(costs) / 2 + qint64(costs) * step / 10000);
+            open.insert({cost, step, 0});
+            plain.insert({cost, step, 0});
             const bool takesFirst = random.bounded(4) == 0;
             bool agree = !takesFirst || same(open.takeFirst(), plain.takeFirst());
             if (plain.size() > capacity)

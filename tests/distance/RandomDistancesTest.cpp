@@ -67,6 +67,8 @@ void RandomDistancesTest::equalThoseOfThePlainSearchBitForBit_data()
     row("unlike in size", {1, 2}, {5, 2}, 300, 0);
     row("none or one", {0, 2}, {1, 2}, 100, 0);
     row("middling", {5, 1, true}, {5, 1, true}, 300, 0);
+    row("at the limit of open paths", {7, 1}, {6, 1}, 50, 10);
+    row("at the limit of open paths, equal costs", {6, 1, true, true}, {7, 1, true, true}, 50, 2);
     row("large", {9, 0, true}, {8, 0, true}, 15, 5);
     row("large, equal costs", {8, 1, false, true}, {9, 1, false, true}, 15, 5);
     row("many organs", {1, 10}, {1, 10}, 60, 5);
