@@ -1,7 +1,14 @@
 #include "main/MainWindow.h"
 
 #include "BuildConfig.h"
-#include "browse/ElementTab.h"
+#include "browse/DrugsWidget.h"
+#include "browse/ExperimentsWidget.h"
+#include "browse/ManipulationsWidget.h"
+#include "browse/MorphologiesWidget.h"
+#include "browse/PublicationsWidget.h"
+#include "browse/RNAiWidget.h"
+#include "browse/SearchWidget.h"
+#include "browse/SpeciesWidget.h"
 #include "db/DB.h"
 #include "distance/MorphologyDistCompForm.h"
 #include "distance/MorphologyDistForm.h"
@@ -22,6 +29,8 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <QUrl>
+
+#include <utility>
 
 namespace Planaria {
 
@@ -62,36 +71,35 @@ void MainWindow::createWidgets()
 
     tabWidget = new QTabWidget(this);
     tabWidget->setAccessibleName(QStringLiteral("Elements of the database"));
-    experimentsWidget = createTab(QStringLiteral("Experiments"), QStringLiteral("Experiment"),
-                                  QStringLiteral("experiment"), QStringLiteral("experiments"));
-    manipulationsWidget =
-        createTab(QStringLiteral("Manipulations"), QStringLiteral("Manipulation"),
-                  QStringLiteral("manipulation"), QStringLiteral("manipulations"));
-    morphologiesWidget = createTab(QStringLiteral("Morphologies"), QStringLiteral("Morphology"),
-                                   QStringLiteral("morphology"), QStringLiteral("morphologies"));
-    drugsWidget = createTab(QStringLiteral("Drugs"), QStringLiteral("Drug"), QStringLiteral("drug"),
-                            QStringLiteral("drugs"));
-    rnaiWidget = createTab(QStringLiteral("RNAi"), QStringLiteral("RNAi"), QStringLiteral("RNAi"),
-                           QStringLiteral("RNAi"));
-    speciesWidget = createTab(QStringLiteral("Species"), QStringLiteral("Species"),
-                              QStringLiteral("Species"), QStringLiteral("Species"));
-    publicationsWidget = createTab(QStringLiteral("Publications"), QStringLiteral("Publication"),
-                                   QStringLiteral("publication"), QStringLiteral("publications"));
-    searchWidget = createTab(QStringLiteral("Search"), QString(), QString(), QString());
+    experimentsWidget = createElementTab<ExperimentsWidget>(QStringLiteral("Experiments"));
+    manipulationsWidget = createElementTab<ManipulationsWidget>(QStringLiteral("Manipulations"));
+    morphologiesWidget = createElementTab<MorphologiesWidget>(QStringLiteral("Morphologies"));
+    drugsWidget = createElementTab<DrugsWidget>(QStringLiteral("Drugs"));
+    rnaiWidget = createElementTab<RNAiWidget>(QStringLiteral("RNAi"));
+    speciesWidget = createElementTab<SpeciesWidget>(QStringLiteral("Species"));
+    publicationsWidget = createElementTab<PublicationsWidget>(QStringLiteral("Publications"));
+    searchWidget = createTab<SearchWidget>(QStringLiteral("Search"));
 
     tabWidget->setEnabled(false);
     connect(tabWidget, &QTabWidget::currentChanged, this, &MainWindow::updateTab);
     setCentralWidget(tabWidget);
 }
 
-ElementTab *MainWindow::createTab(const QString &title, const QString &table,
-                                  const QString &singular, const QString &plural)
+template <typename Widget> Widget *MainWindow::createTab(const QString &title)
 {
-    auto *tab = new ElementTab(db.get(), table, singular, plural, this);
-    connect(tab, &ElementTab::databaseCorrupted, this, &MainWindow::databaseCorrupted);
-    connect(tab, &ElementTab::nEleChanged, this, &MainWindow::updateStatusText);
-    tabWidget->addTab(tab, title);
-    return tab;
+    auto *widget = new Widget(db.get(), this);
+    connect(widget, &Widget::databaseCorrupted, this, &MainWindow::databaseCorrupted);
+    connect(widget, &Widget::nEleChanged, this, &MainWindow::updateStatusText);
+    tabs.append({[widget] { widget->updateModel(0); }, [widget] { widget->clear(); }});
+    tabWidget->addTab(widget, title);
+    return widget;
+}
+
+template <typename Widget> Widget *MainWindow::createElementTab(const QString &title)
+{
+    auto *widget = createTab<Widget>(title);
+    connect(widget, &Widget::search, this, &MainWindow::searchRequestedFromWidget);
+    return widget;
 }
 
 template <typename Slot>
@@ -252,12 +260,6 @@ void MainWindow::writeSettings() const
 
 // --- Status ---
 
-QList<ElementTab *> MainWindow::tabs() const
-{
-    return {experimentsWidget, manipulationsWidget, morphologiesWidget, drugsWidget,
-            rnaiWidget,        speciesWidget,       publicationsWidget, searchWidget};
-}
-
 QList<QAction *> MainWindow::fileActions() const
 {
     return {saveAsAction,
@@ -289,8 +291,8 @@ void MainWindow::updateStatus()
     } else {
         setWindowTitle(tr("Vermidex"));
         statusLabel->setText(QStringLiteral("No database opened"));
-        for (ElementTab *tab : tabs())
-            tab->clear();
+        for (const Tab &tab : std::as_const(tabs))
+            tab.clear();
     }
 }
 
@@ -298,8 +300,7 @@ void MainWindow::updateTab()
 {
     if (fileName.isEmpty())
         return;
-    if (auto *tab = qobject_cast<ElementTab *>(tabWidget->currentWidget()))
-        tab->updateModel(0);
+    tabs.at(tabWidget->currentIndex()).update();
 }
 
 void MainWindow::updateStatusText(int nEle, const QString &eleName, const QString &eleNamePlural)
@@ -345,34 +346,41 @@ void MainWindow::viewHelp()
 
 // --- Tools ---
 
+// Each of them can store worms, which the current tab is to show.
+
 void MainWindow::morDistCalc()
 {
     MorphologyDistForm(db.get(), this).exec();
+    updateTab();
 }
 
 void MainWindow::morDistComp()
 {
     MorphologyDistCompForm form(db.get(), this);
-    if (!form.isAborted())
-        form.exec();
+    if (form.isAborted())
+        return;
+    form.exec();
+    updateTab();
 }
 
 void MainWindow::morDistSearch()
 {
     MorphologyDistSearchForm(db.get(), this).exec();
+    updateTab();
 }
 
 void MainWindow::morListViewer()
 {
     MorphologyListViewerForm form(db.get(), this);
-    if (!form.isAborted())
-        form.exec();
+    if (form.isAborted())
+        return;
+    form.exec();
+    updateTab();
 }
 
 // The commands of these entries are still to come.
 
 void MainWindow::importDB() {}
-
 
 void MainWindow::searchRequestedFromWidget() {}
 

@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 class QAction;
@@ -13,7 +14,14 @@ class QTabWidget;
 namespace Planaria {
 
 class DB;
-class ElementTab;
+class DrugsWidget;
+class ExperimentsWidget;
+class ManipulationsWidget;
+class MorphologiesWidget;
+class PublicationsWidget;
+class RNAiWidget;
+class SearchWidget;
+class SpeciesWidget;
 
 /// The frame of the program: tabs, menus and status line, and the commands that open, create,
 /// copy, compact and close database files.
@@ -59,9 +67,16 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    /// What the window asks of the widget of a tab.
+    struct Tab
+    {
+        std::function<void()> update;
+        std::function<void()> clear;
+    };
+
     void createWidgets();
-    ElementTab *createTab(const QString &title, const QString &table, const QString &singular,
-                          const QString &plural);
+    template <typename Widget> Widget *createTab(const QString &title);
+    template <typename Widget> Widget *createElementTab(const QString &title);
     void createActions();
     void createFileActions();
     void createHelpActions();
@@ -104,7 +119,6 @@ private:
     void emptyManipulationTables();
     void emptyMorphologyTables();
 
-    [[nodiscard]] QList<ElementTab *> tabs() const;
     /// What makes sense only with an open file.
     [[nodiscard]] QList<QAction *> fileActions() const;
 
@@ -130,14 +144,15 @@ private:
 
     QLabel *statusLabel = nullptr;
     QTabWidget *tabWidget = nullptr;
-    ElementTab *experimentsWidget = nullptr;
-    ElementTab *manipulationsWidget = nullptr;
-    ElementTab *morphologiesWidget = nullptr;
-    ElementTab *drugsWidget = nullptr;
-    ElementTab *rnaiWidget = nullptr;
-    ElementTab *speciesWidget = nullptr;
-    ElementTab *publicationsWidget = nullptr;
-    ElementTab *searchWidget = nullptr;
+    ExperimentsWidget *experimentsWidget = nullptr;
+    ManipulationsWidget *manipulationsWidget = nullptr;
+    MorphologiesWidget *morphologiesWidget = nullptr;
+    DrugsWidget *drugsWidget = nullptr;
+    RNAiWidget *rnaiWidget = nullptr;
+    SpeciesWidget *speciesWidget = nullptr;
+    PublicationsWidget *publicationsWidget = nullptr;
+    SearchWidget *searchWidget = nullptr;
+    QList<Tab> tabs; // in their order
 
     bool readOnly = false; // the open file cannot be written
 };

@@ -1,4 +1,7 @@
-#include "browse/ElementTab.h"
+#include "browse/ExperimentsWidget.h"
+#include "browse/ManipulationsWidget.h"
+#include "browse/MorphologiesWidget.h"
+#include "browse/SearchWidget.h"
 #include "db/DB.h"
 #include "main/MainWindow.h"
 

@@ -6,6 +6,7 @@
 #include "morphology/MorphoGraphView.h"
 #include "morphology/MorphologyImageWidget.h"
 #include "morphology/MorphologyView.h"
+#include "widgets/ElementStore.h"
 #include "widgets/NameCheck.h"
 #include "widgets/NameRow.h"
 #include "widgets/SilkIcon.h"
@@ -35,29 +36,14 @@ bool hasRow(const Morphology &morphology, DB *db)
     return db->existId(QStringLiteral("Morphology"), QStringLiteral("Id"), morphology.id()) > 0;
 }
 
-/// @return false where the file does not hold the morphology afterwards; then nothing is written
-[[nodiscard]] bool store(Morphology *morphology, DB *db)
-{
-    db->beginTransaction();
-    morphology->submit(db);
-    if (!db->inTransaction())
-        return false; // a failure has ended it
-    if (hasRow(*morphology, db))
-        return db->endTransaction();
-    db->rollbackTransaction(); // a row that is gone takes no update
-    return false;
-}
-
 std::unique_ptr<Morphology> run(std::unique_ptr<Morphology> morphology, DB *db, QWidget *parent)
 {
     MorphologyForm form(morphology.get(), db, parent);
     if (form.exec() != QDialog::Accepted)
         return nullptr;
-    if (store(morphology.get(), db))
-        return morphology;
-    QMessageBox::critical(parent, MorphologyForm::tr("Cannot store morphology"),
-                          MorphologyForm::tr("The morphology could not be written to the file."));
-    return nullptr;
+    const bool stored = ElementStore::store(morphology.get(), QStringLiteral("Morphology"),
+                                            QStringLiteral("morphology"), db, parent);
+    return stored ? std::move(morphology) : nullptr;
 }
 
 } // namespace

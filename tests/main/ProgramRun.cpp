@@ -1,7 +1,7 @@
 #include "main/ProgramRun.h"
 
 #include "BuildConfig.h"
-#include "browse/ElementTab.h"
+#include "browse/DataTableView.h"
 #include "db/DB.h"
 
 #include <QLabel>
@@ -178,8 +178,9 @@ QTabWidget *ProgramRun::tabs() const
 
 bool ProgramRun::tabsHoldRows() const
 {
-    const auto all = tabs()->findChildren<ElementTab *>();
-    return std::any_of(all.cbegin(), all.cend(), [](auto *tab) { return tab->holdsRows(); });
+    const auto all = tabs()->findChildren<DataTableView *>();
+    return std::any_of(all.cbegin(), all.cend(),
+                       [](auto *view) { return view->model()->columnCount() > 0; });
 }
 
 QString ProgramRun::status() const

@@ -1,0 +1,41 @@
+#include "browse/ElementEditor.h"
+
+#include "browse/ElementDeletion.h"
+#include "browse/SearchFields.h"
+#include "widgets/ElementStore.h"
+
+#include <QMessageBox>
+
+namespace Planaria {
+
+ElementEditor::ElementEditor(ElementKind::Type kind, DB *database, QWidget *owner)
+    : db(database), widget(owner), type(kind)
+{
+}
+
+ElementEditor::~ElementEditor() = default;
+
+QString ElementEditor::table() const
+{
+    return searchTypes()[type].table;
+}
+
+QString ElementEditor::word() const
+{
+    return searchTypes()[type].singular;
+}
+
+int ElementEditor::store(DBElement *element)
+{
+    return ElementStore::store(element, table(), word(), db, widget) ? element->id() : 0;
+}
+
+void ElementEditor::removeUnused(DBElement *element, const QString &name)
+{
+    if (const auto refusal = ElementDeletion::refusal(db, type, element->id(), name))
+        QMessageBox::critical(widget, refusal->title, refusal->text, QMessageBox::Cancel);
+    else
+        element->erase();
+}
+
+} // namespace Planaria
