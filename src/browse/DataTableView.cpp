@@ -48,6 +48,7 @@ DataTableView::DataTableView(QWidget *parent)
     : QTableView(parent), proxy(new NaturalSortProxyModel(this))
 {
     QTableView::setModel(proxy);
+    setTabKeyNavigation(false); // the key leads on to the buttons
 }
 
 DataTableView::~DataTableView()

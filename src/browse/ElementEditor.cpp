@@ -30,12 +30,13 @@ int ElementEditor::store(DBElement *element)
     return ElementStore::store(element, table(), word(), db, widget) ? element->id() : 0;
 }
 
-void ElementEditor::removeUnused(DBElement *element, const QString &name)
+bool ElementEditor::removeUnused(DBElement *element, const QString &name)
 {
-    if (const auto refusal = ElementDeletion::refusal(db, type, element->id(), name))
-        QMessageBox::critical(widget, refusal->title, refusal->text, QMessageBox::Cancel);
-    else
-        element->erase();
+    const auto refusal = ElementDeletion::refusal(db, type, element->id(), name);
+    if (!refusal)
+        return element->erase();
+    QMessageBox::critical(widget, refusal->title, refusal->text, QMessageBox::Cancel);
+    return true;
 }
 
 } // namespace Planaria

@@ -31,8 +31,9 @@ public:
     virtual int create() = 0;
     virtual int copy(int id) = 0;
     virtual void edit(int id) = 0;
-    /// Says why, where the element is in use, and leaves it.
-    virtual void remove(int id) = 0;
+    /// An element in use stays, and the user is told why.
+    /// @return false where the file does not let go of the element, which is for the caller to tell
+    [[nodiscard]] virtual bool remove(int id) = 0;
 
     [[nodiscard]] QString table() const;
     /// What users call one of the elements.
@@ -41,7 +42,7 @@ public:
 protected:
     /// @return the id; 0 where the file does not take the element
     int store(DBElement *element);
-    void removeUnused(DBElement *element, const QString &name);
+    [[nodiscard]] bool removeUnused(DBElement *element, const QString &name);
 
     DB *db;
     QWidget *widget;
@@ -71,10 +72,10 @@ public:
         askName(QStringLiteral("Edit "), element.name(), &element);
     }
 
-    void remove(int id) override
+    bool remove(int id) override
     {
         Element element(id, db);
-        removeUnused(&element, element.name());
+        return removeUnused(&element, element.name());
     }
 
 private:
@@ -123,13 +124,13 @@ public:
 
     void edit(int id) override { run(load(id)); }
 
-    void remove(int id) override
+    bool remove(int id) override
     {
         const auto element = load(id);
         if constexpr (hasTitle)
-            removeUnused(element.get(), element->title());
+            return removeUnused(element.get(), element->title());
         else
-            removeUnused(element.get(), element->name());
+            return removeUnused(element.get(), element->name());
     }
 
 private:

@@ -187,7 +187,8 @@ void ElementTable::editElement(int id)
 
 void ElementTable::deleteElement(int id)
 {
-    editor->remove(id);
+    if (!editor->remove(id))
+        tellDeletionFailure();
 }
 
 void ElementTable::copySelected()
@@ -234,19 +235,24 @@ void ElementTable::deleteElements(const QList<int> &ids)
     progress.setWindowModality(Qt::WindowModal);
     progress.setMinimumDuration(500);
 
-    const bool deleted = ElementDeletion::deleteElements(db, ids, [&](int id) {
+    bool erased = true;
+    const bool committed = ElementDeletion::deleteElements(db, ids, [&](int id) {
         if (progress.wasCanceled()) {
             if (db->inTransaction())
                 db->rollbackTransaction();
             return;
         }
-        deleteElement(id);
+        erased &= editor->remove(id);
         progress.setValue(progress.value() + 1);
     });
-    if (!deleted && !progress.wasCanceled())
-        QMessageBox::critical(
-            widget, tr("Cannot delete elements"),
-            tr("Not all of the selected elements could be deleted from the file."));
+    if (!(erased && committed) && !progress.wasCanceled())
+        tellDeletionFailure();
+}
+
+void ElementTable::tellDeletionFailure()
+{
+    QMessageBox::critical(widget, tr("Cannot delete elements"),
+                          tr("Not all of the selected elements could be deleted from the file."));
 }
 
 // --- Searching ---

@@ -85,6 +85,7 @@ private:
     [[nodiscard]] QList<int> selectedIds() const;
     bool confirmDeletion();
     void deleteElements(const QList<int> &ids);
+    void tellDeletionFailure();
     void focusView();
 
     DB *db;
