@@ -240,9 +240,11 @@ std::unique_ptr<QSqlQueryModel> DB::newTableModel(const QString &table,
 {
     QString columns = QStringLiteral("SELECT %1.*").arg(table);
     QString tables = QStringLiteral(" FROM ") + table;
-    for (auto join = joins.cbegin(); join != joins.cend(); ++join) {
-        columns += QStringLiteral(", %1.%2 AS '%1 %2'").arg(join.key(), join.value());
-        tables += QStringLiteral(" INNER JOIN %2 ON %1.%2 = %2.Id").arg(table, join.key());
+    QStringList joined = joins.keys(); // in no order, another one in each run
+    joined.sort();
+    for (const QString &other : std::as_const(joined)) {
+        columns += QStringLiteral(", %1.%2 AS '%1 %2'").arg(other, joins.value(other));
+        tables += QStringLiteral(" INNER JOIN %2 ON %1.%2 = %2.Id").arg(table, other);
     }
     return newModel(columns + tables);
 }

@@ -83,8 +83,8 @@ public:
                                                   int id, const QString &orderBy);
     /// @p table with one more column for each entry of @p joins: the column named by the entry's
     /// value, out of the table named by its key, which @p table references by a column of that
-    /// name. It is headed by both names with a blank between. Rows that reference nothing are left
-    /// out.
+    /// name, in the order of these. It is headed by both names with a blank between. Rows that
+    /// reference nothing are left out.
     std::unique_ptr<QSqlQueryModel> newTableModel(const QString &table,
                                                   const QHash<QString, QString> &joins);
     std::unique_ptr<QSqlQueryModel> newModel(const QString &sql);
