@@ -79,6 +79,7 @@ void MainWindow::createWidgets()
     speciesWidget = createElementTab<SpeciesWidget>(QStringLiteral("Species"));
     publicationsWidget = createElementTab<PublicationsWidget>(QStringLiteral("Publications"));
     searchWidget = createTab<SearchWidget>(QStringLiteral("Search"));
+    connectSearch();
 
     tabWidget->setEnabled(false);
     connect(tabWidget, &QTabWidget::currentChanged, this, &MainWindow::updateTab);
@@ -100,6 +101,58 @@ template <typename Widget> Widget *MainWindow::createElementTab(const QString &t
     auto *widget = createTab<Widget>(title);
     connect(widget, &Widget::search, this, &MainWindow::searchRequestedFromWidget);
     return widget;
+}
+
+template <typename Widget>
+void MainWindow::connectSearch(Widget *widget, const ElementSignals &asked,
+                               const ElementSlots<Widget> &answers)
+{
+    connect(widget, &Widget::search, searchWidget,
+            qOverload<int, int, int, const QString &>(&SearchWidget::search));
+    connect(searchWidget, asked.create, widget, answers.create);
+    connect(searchWidget, asked.copy, widget, answers.copy);
+    connect(searchWidget, asked.edit, widget, answers.edit);
+    connect(searchWidget, asked.remove, widget, answers.remove);
+}
+
+void MainWindow::connectSearch()
+{
+    connectSearch(experimentsWidget,
+                  {&SearchWidget::newExperiment, &SearchWidget::copyExperiment,
+                   &SearchWidget::editExperiment, &SearchWidget::deleteExperiment},
+                  {&ExperimentsWidget::newExperiment, &ExperimentsWidget::copyExperiment,
+                   &ExperimentsWidget::editExperiment, &ExperimentsWidget::deleteExperiment});
+    connectSearch(manipulationsWidget,
+                  {&SearchWidget::newManipulation, &SearchWidget::copyManipulation,
+                   &SearchWidget::editManipulation, &SearchWidget::deleteManipulation},
+                  {&ManipulationsWidget::newManipulation, &ManipulationsWidget::copyManipulation,
+                   &ManipulationsWidget::editManipulation,
+                   &ManipulationsWidget::deleteManipulation});
+    connectSearch(morphologiesWidget,
+                  {&SearchWidget::newMorphology, &SearchWidget::copyMorphology,
+                   &SearchWidget::editMorphology, &SearchWidget::deleteMorphology},
+                  {&MorphologiesWidget::newMorphology, &MorphologiesWidget::copyMorphology,
+                   &MorphologiesWidget::editMorphology, &MorphologiesWidget::deleteMorphology});
+    connectSearch(drugsWidget,
+                  {&SearchWidget::newDrug, &SearchWidget::copyDrug, &SearchWidget::editDrug,
+                   &SearchWidget::deleteDrug},
+                  {&DrugsWidget::newDrug, &DrugsWidget::copyDrug, &DrugsWidget::editDrug,
+                   &DrugsWidget::deleteDrug});
+    connectSearch(rnaiWidget,
+                  {&SearchWidget::newRNAi, &SearchWidget::copyRNAi, &SearchWidget::editRNAi,
+                   &SearchWidget::deleteRNAi},
+                  {&RNAiWidget::newRNAi, &RNAiWidget::copyRNAi, &RNAiWidget::editRNAi,
+                   &RNAiWidget::deleteRNAi});
+    connectSearch(speciesWidget,
+                  {&SearchWidget::newSpecies, &SearchWidget::copySpecies,
+                   &SearchWidget::editSpecies, &SearchWidget::deleteSpecies},
+                  {&SpeciesWidget::newSpecies, &SpeciesWidget::copySpecies,
+                   &SpeciesWidget::editSpecies, &SpeciesWidget::deleteSpecies});
+    connectSearch(publicationsWidget,
+                  {&SearchWidget::newPublication, &SearchWidget::copyPublication,
+                   &SearchWidget::editPublication, &SearchWidget::deletePublication},
+                  {&PublicationsWidget::newPublication, &PublicationsWidget::copyPublication,
+                   &PublicationsWidget::editPublication, &PublicationsWidget::deletePublication});
 }
 
 template <typename Slot>
@@ -303,6 +356,11 @@ void MainWindow::updateTab()
     tabs.at(tabWidget->currentIndex()).update();
 }
 
+void MainWindow::searchRequestedFromWidget()
+{
+    tabWidget->setCurrentWidget(searchWidget);
+}
+
 void MainWindow::updateStatusText(int nEle, const QString &eleName, const QString &eleNamePlural)
 {
     const QString where = QStringLiteral(" in the database");
@@ -378,10 +436,8 @@ void MainWindow::morListViewer()
     updateTab();
 }
 
-// The commands of these entries are still to come.
+// The command of this entry is still to come.
 
 void MainWindow::importDB() {}
-
-void MainWindow::searchRequestedFromWidget() {}
 
 } // namespace Planaria

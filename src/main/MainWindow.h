@@ -59,6 +59,7 @@ public slots:
 
     /// Reads the current tab anew.
     void updateTab();
+    /// Brings the search tab to the front, before it searches.
     void searchRequestedFromWidget();
     void databaseCorrupted();
     void updateStatusText(int nEle, const QString &eleName, const QString &eleNamePlural);
@@ -74,9 +75,31 @@ private:
         std::function<void()> clear;
     };
 
+    /// What the search tab asks of the tab of a type.
+    struct ElementSignals
+    {
+        void (SearchWidget::*create)();
+        void (SearchWidget::*copy)(int id);
+        void (SearchWidget::*edit)(int id);
+        void (SearchWidget::*remove)(int id);
+    };
+
+    template <typename Widget> struct ElementSlots
+    {
+        void (Widget::*create)();
+        int (Widget::*copy)(int id);
+        void (Widget::*edit)(int id);
+        void (Widget::*remove)(int id);
+    };
+
     void createWidgets();
     template <typename Widget> Widget *createTab(const QString &title);
     template <typename Widget> Widget *createElementTab(const QString &title);
+    /// Lets each tab search, and answer for the elements of its type that a search has found.
+    void connectSearch();
+    template <typename Widget>
+    void connectSearch(Widget *widget, const ElementSignals &asked,
+                       const ElementSlots<Widget> &answers);
     void createActions();
     void createFileActions();
     void createHelpActions();
