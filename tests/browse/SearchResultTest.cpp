@@ -1,5 +1,4 @@
 #include "SearchTab.h"
-#include "browse/DataTableView.h"
 
 #include <QComboBox>
 #include <QLineEdit>

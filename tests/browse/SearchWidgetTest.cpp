@@ -1,5 +1,4 @@
 #include "SearchTab.h"
-#include "browse/DataTableView.h"
 #include "support/TestData.h"
 
 #include <QComboBox>
