@@ -1,14 +1,14 @@
 #include "browse/SearchWidget.h"
 
 #include "browse/DataTableView.h"
-#include "browse/ElementDeletion.h"
+#include "browse/ElementCommands.h"
+#include "browse/ElementKind.h"
 #include "db/DB.h"
 #include "widgets/SilkIcon.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QCursor>
-#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -26,18 +26,16 @@ namespace {
 
 constexpr int nameColumn = 1;
 constexpr int equalTo = 1;
-constexpr int noField = -1;
+constexpr int resultsMorphologyName = 3; // among the fields of manipulations
 
-/// The field that names an element of the row's type among those of the column's type.
-constexpr std::array<std::array<int, 7>, 7> fieldsFromResult{{
-    {noField, 1, 10, 1, 1, 1, 2}, // experiments
-    {1, noField, 11, 2, 2, 2, 3}, // manipulations
-    {2, 3, noField, 3, 3, 3, 4},  // morphologies
-    {3, 4, 12, noField, 4, 4, 5}, // drugs
-    {4, 5, 13, 4, noField, 5, 6}, // RNAi
-    {5, 6, 14, 5, 5, noField, 7}, // species
-    {6, 7, 15, 6, 6, 6, noField}, // publications
-}};
+/// The field that names an element of a type among those of another type; -1 for the same type.
+int fieldFromResult(int from, int to)
+{
+    // A row asks for the manipulations that had the morphology as a result.
+    if (from == ElementKind::Morphologies && to == ElementKind::Manipulations)
+        return resultsMorphologyName;
+    return ElementKind::of(static_cast<ElementKind::Type>(from)).searchFields.at(to);
+}
 
 /// The entry of @p table for a type; nothing while no type is chosen.
 template <typename Table> typename Table::value_type entryOf(const Table &table, int typeIndex)
@@ -70,11 +68,14 @@ void SearchWidget::createWidgets()
     view = new DataTableView(this);
     view->setAccessibleName(tr("Elements found"));
     connect(view, &QAbstractItemView::doubleClicked, this, &SearchWidget::editSelected);
-    connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &SearchWidget::selectionChanged);
     layout->addWidget(view);
 
-    layout->addWidget(createButtons());
+    commands = new ElementCommands(view, this);
+    connect(commands, &ElementCommands::newPressed, this, &SearchWidget::newElement);
+    connect(commands, &ElementCommands::copyPressed, this, &SearchWidget::copySelected);
+    connect(commands, &ElementCommands::editPressed, this, &SearchWidget::editSelected);
+    connect(commands, &ElementCommands::deletePressed, this, &SearchWidget::deleteSelected);
+    layout->addWidget(commands);
 }
 
 QBoxLayout *SearchWidget::createControls()
@@ -107,22 +108,6 @@ QBoxLayout *SearchWidget::createControls()
     return row;
 }
 
-QDialogButtonBox *SearchWidget::createButtons()
-{
-    auto *buttons = new QDialogButtonBox(this);
-    const auto createButton = [this, buttons](const QString &text, bool enabled, Step slot) {
-        QPushButton *button = buttons->addButton(text, QDialogButtonBox::ActionRole);
-        button->setEnabled(enabled);
-        connect(button, &QPushButton::clicked, this, slot);
-        return button;
-    };
-    newButton = createButton(tr("&New"), true, &SearchWidget::newElement);
-    copyButton = createButton(tr("&Copy"), false, &SearchWidget::copySelected);
-    editButton = createButton(tr("&Edit"), false, &SearchWidget::editSelected);
-    deleteButton = createButton(tr("&Delete"), false, &SearchWidget::deleteSelected);
-    return buttons;
-}
-
 void SearchWidget::createActions()
 {
     setContextMenuPolicy(Qt::CustomContextMenu);
@@ -145,10 +130,7 @@ void SearchWidget::createActions()
 
 void SearchWidget::selectionChanged()
 {
-    const qsizetype selected = view->selectionModel()->selectedRows(0).size();
-    copyButton->setEnabled(selected == 1);
-    editButton->setEnabled(selected == 1);
-    deleteButton->setEnabled(selected >= 1);
+    commands->selectionChanged();
 }
 
 void SearchWidget::typeChanged(int index)
@@ -197,37 +179,37 @@ void SearchWidget::search()
 
 void SearchWidget::searchExperiments()
 {
-    searchElements(0);
+    searchElements(ElementKind::Experiments);
 }
 
 void SearchWidget::searchManipulations()
 {
-    searchElements(1);
+    searchElements(ElementKind::Manipulations);
 }
 
 void SearchWidget::searchMorphologies()
 {
-    searchElements(2);
+    searchElements(ElementKind::Morphologies);
 }
 
 void SearchWidget::searchDrugs()
 {
-    searchElements(3);
+    searchElements(ElementKind::Drugs);
 }
 
 void SearchWidget::searchRNAi()
 {
-    searchElements(4);
+    searchElements(ElementKind::RNAi);
 }
 
 void SearchWidget::searchSpecies()
 {
-    searchElements(5);
+    searchElements(ElementKind::Species);
 }
 
 void SearchWidget::searchPublications()
 {
-    searchElements(6);
+    searchElements(ElementKind::Publications);
 }
 
 void SearchWidget::searchElements(int typeIndex)
@@ -366,30 +348,35 @@ void SearchWidget::editSelected()
 
 void SearchWidget::deleteSelected()
 {
+    QList<int> ids; // all before the first goes, and with it the rows that are read
+    for (const QModelIndex &row : view->selectionModel()->selectedRows(0))
+        ids += idAt(row);
+    if (ids.isEmpty() || !ElementCommands::confirmDeletion(
+                             this, tr("This action will completely delete the selected elements "
+                                      "from the database! Are you sure?")))
+        return;
+    deleteElements(ids);
+    updateModel(0);
+    focusView();
+}
+
+void SearchWidget::deleteElements(const QList<int> &ids)
+{
     static constexpr std::array<IdSignal, 7> deleteSignals{
         &SearchWidget::deleteExperiment, &SearchWidget::deleteManipulation,
         &SearchWidget::deleteMorphology, &SearchWidget::deleteDrug,
         &SearchWidget::deleteRNAi,       &SearchWidget::deleteSpecies,
         &SearchWidget::deletePublication};
-    const QModelIndexList rows = view->selectionModel()->selectedRows(0);
-    if (rows.isEmpty())
-        return;
-    if (QMessageBox::warning(this, tr("Warning"),
-                             tr("This action will completely delete the selected elements from the "
-                                "database! Are you sure?"),
-                             QMessageBox::Yes | QMessageBox::Cancel,
-                             QMessageBox::Cancel) != QMessageBox::Yes)
-        return;
-    QList<int> ids; // all before the first goes, and with it the rows that are read
-    for (const QModelIndex &row : rows)
-        ids += idAt(row);
     const IdSignal wanted = entryOf(deleteSignals, typeCombo->currentIndex());
-    ElementDeletion::deleteElements(db, ids, [this, wanted](int id) {
-        if (wanted != nullptr)
-            emit(this->*wanted)(id);
-    });
-    updateModel(0);
-    focusView();
+    bool failed = false; // what took back all; whoever deletes has told of it
+    const auto deleteOne = [&](int id) {
+        if (wanted == nullptr || failed)
+            return;
+        emit(this->*wanted)(id);
+        failed = !db->inTransaction();
+    };
+    if (!ElementCommands::deleteElements(db, ids, deleteOne, this) && !failed)
+        ElementCommands::tellDeletionFailure(this);
 }
 
 // --- From a result to others ---
@@ -409,12 +396,8 @@ void SearchWidget::contextMenuCalled(QPoint /*pos*/)
 void SearchWidget::searchFromResult(int typeIndex)
 {
     const int current = typeCombo->currentIndex();
-    if (current < 0)
-        return;
-    const int field =
-        fieldsFromResult[static_cast<size_t>(current)][static_cast<size_t>(typeIndex)];
-    if (field != noField)
-        searchFromResult(typeIndex, field, nameColumn);
+    if (current >= 0 && current != typeIndex)
+        searchFromResult(typeIndex, fieldFromResult(current, typeIndex), nameColumn);
 }
 
 void SearchWidget::searchFromResult(int typeIndex, int fieldIndex, int column)
@@ -426,37 +409,37 @@ void SearchWidget::searchFromResult(int typeIndex, int fieldIndex, int column)
 
 void SearchWidget::searchExperimentsFromResult()
 {
-    searchFromResult(0);
+    searchFromResult(ElementKind::Experiments);
 }
 
 void SearchWidget::searchManipulationsFromResult()
 {
-    searchFromResult(1);
+    searchFromResult(ElementKind::Manipulations);
 }
 
 void SearchWidget::searchMorphologiesFromResult()
 {
-    searchFromResult(2);
+    searchFromResult(ElementKind::Morphologies);
 }
 
 void SearchWidget::searchDrugsFromResult()
 {
-    searchFromResult(3);
+    searchFromResult(ElementKind::Drugs);
 }
 
 void SearchWidget::searchRNAiFromResult()
 {
-    searchFromResult(4);
+    searchFromResult(ElementKind::RNAi);
 }
 
 void SearchWidget::searchSpeciesFromResult()
 {
-    searchFromResult(5);
+    searchFromResult(ElementKind::Species);
 }
 
 void SearchWidget::searchPublicationsFromResult()
 {
-    searchFromResult(6);
+    searchFromResult(ElementKind::Publications);
 }
 
 } // namespace Planaria

@@ -11,7 +11,6 @@
 class QAction;
 class QBoxLayout;
 class QComboBox;
-class QDialogButtonBox;
 class QLineEdit;
 class QMenu;
 class QModelIndex;
@@ -22,6 +21,7 @@ namespace Planaria {
 
 class DataTableView;
 class DB;
+class ElementCommands;
 
 /// The tab that asks the library one question and shows the elements found.
 ///
@@ -88,7 +88,6 @@ signals:
     void nEleChanged(int n, const QString &eleName, const QString &eleNameP);
 
 private slots:
-    /// Only one selected element can be copied or edited, any number deleted.
     void selectionChanged();
     void typeChanged(int index);
     void newElement();
@@ -117,7 +116,6 @@ private:
 
     void createWidgets();
     QBoxLayout *createControls();
-    QDialogButtonBox *createButtons();
     void createActions();
 
     void searchExperiments();
@@ -138,6 +136,7 @@ private:
     [[nodiscard]] QModelIndex currentSourceIndex() const;
     /// The id in the row of @p index, be it of the model or of the view.
     [[nodiscard]] static int idAt(const QModelIndex &index);
+    void deleteElements(const QList<int> &ids);
     void focusView();
     /// By the menu's entry for @p typeIndex.
     void searchFromResult(int typeIndex);
@@ -158,10 +157,7 @@ private:
     QMenu *menu = nullptr;
     QList<QAction *> actions; // by type
 
-    QPushButton *newButton = nullptr;
-    QPushButton *copyButton = nullptr;
-    QPushButton *editButton = nullptr;
-    QPushButton *deleteButton = nullptr;
+    ElementCommands *commands = nullptr;
 };
 
 } // namespace Planaria
