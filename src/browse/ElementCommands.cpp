@@ -53,7 +53,8 @@ bool ElementCommands::deleteElements(DB *db, const QList<int> &ids,
 
     int done = 0;
     const bool committed = ElementDeletion::deleteElements(db, ids, [&](int id) {
-        progress.setValue(done++);
+        if (!progress.wasCanceled())
+            progress.setValue(done++);
         if (progress.wasCanceled()) {
             if (db->inTransaction())
                 db->rollbackTransaction();

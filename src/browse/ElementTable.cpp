@@ -1,7 +1,7 @@
 #include "browse/ElementTable.h"
 
 #include "browse/DataTableView.h"
-#include "browse/ElementDeletion.h"
+#include "browse/ElementCommands.h"
 #include "browse/ElementEditor.h"
 #include "browse/SearchFields.h"
 #include "db/DB.h"
@@ -9,12 +9,8 @@
 
 #include <QAction>
 #include <QCursor>
-#include <QDialogButtonBox>
 #include <QItemSelectionModel>
 #include <QMenu>
-#include <QMessageBox>
-#include <QProgressDialog>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -51,28 +47,16 @@ void ElementTable::createWidgets(QWidget *owner)
     view_ = new DataTableView(owner);
     view_->setAccessibleName(QString(kind.plural));
     connect(view_, &DataTableView::doubleClicked, this, &ElementTable::editSelected);
-    connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &ElementTable::selectionChanged);
+
+    commands = new ElementCommands(view_, owner);
+    connect(commands, &ElementCommands::newPressed, this, &ElementTable::createElement);
+    connect(commands, &ElementCommands::copyPressed, this, &ElementTable::copySelected);
+    connect(commands, &ElementCommands::editPressed, this, &ElementTable::editSelected);
+    connect(commands, &ElementCommands::deletePressed, this, &ElementTable::deleteSelected);
 
     auto *layout = new QVBoxLayout(owner);
     layout->addWidget(view_);
-    layout->addWidget(createButtons(owner));
-    selectionChanged();
-}
-
-QDialogButtonBox *ElementTable::createButtons(QWidget *owner)
-{
-    auto *buttons = new QDialogButtonBox(owner);
-    const auto add = [this, buttons](const QString &text, auto slot) {
-        QPushButton *button = buttons->addButton(text, QDialogButtonBox::ActionRole);
-        connect(button, &QPushButton::clicked, this, slot);
-        return button;
-    };
-    newButton = add(tr("&New"), &ElementTable::createElement);
-    copyButton = add(tr("&Copy"), &ElementTable::copySelected);
-    editButton = add(tr("&Edit"), &ElementTable::editSelected);
-    deleteButton = add(tr("&Delete"), &ElementTable::deleteSelected);
-    return buttons;
+    layout->addWidget(commands);
 }
 
 void ElementTable::createActions(QWidget *owner)
@@ -93,10 +77,7 @@ void ElementTable::createActions(QWidget *owner)
 
 void ElementTable::selectionChanged()
 {
-    const qsizetype count = view_->selectionModel()->selectedRows(idColumn).size();
-    copyButton->setEnabled(count == 1);
-    editButton->setEnabled(count == 1);
-    deleteButton->setEnabled(count >= 1);
+    commands->selectionChanged();
 }
 
 void ElementTable::focusView()
@@ -188,7 +169,7 @@ void ElementTable::editElement(int id)
 void ElementTable::deleteElement(int id)
 {
     if (!editor->remove(id))
-        tellDeletionFailure();
+        ElementCommands::tellDeletionFailure(widget);
 }
 
 void ElementTable::copySelected()
@@ -214,45 +195,20 @@ void ElementTable::editSelected()
 void ElementTable::deleteSelected()
 {
     const QList<int> ids = selectedIds();
-    if (ids.isEmpty() || !confirmDeletion())
+    if (ids.isEmpty() || !ElementCommands::confirmDeletion(widget, kind.deletionQuestion))
         return;
     deleteElements(ids);
     updateModel(0);
     focusView();
 }
 
-bool ElementTable::confirmDeletion()
-{
-    return QMessageBox::warning(widget, QStringLiteral("Warning"), kind.deletionQuestion,
-                                QMessageBox::Yes | QMessageBox::Cancel,
-                                QMessageBox::Cancel) == QMessageBox::Yes;
-}
-
 void ElementTable::deleteElements(const QList<int> &ids)
 {
-    QProgressDialog progress(tr("Deleting..."), tr("Abort"), 0, static_cast<int>(ids.size()),
-                             widget);
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(500);
-
     bool erased = true;
-    const bool committed = ElementDeletion::deleteElements(db, ids, [&](int id) {
-        if (progress.wasCanceled()) {
-            if (db->inTransaction())
-                db->rollbackTransaction();
-            return;
-        }
-        erased &= editor->remove(id);
-        progress.setValue(progress.value() + 1);
-    });
-    if (!(erased && committed) && !progress.wasCanceled())
-        tellDeletionFailure();
-}
-
-void ElementTable::tellDeletionFailure()
-{
-    QMessageBox::critical(widget, tr("Cannot delete elements"),
-                          tr("Not all of the selected elements could be deleted from the file."));
+    const bool committed = ElementCommands::deleteElements(
+        db, ids, [&](int id) { erased &= editor->remove(id); }, widget);
+    if (!(erased && committed))
+        ElementCommands::tellDeletionFailure(widget);
 }
 
 // --- Searching ---

@@ -8,11 +8,9 @@
 #include <memory>
 
 class QAction;
-class QDialogButtonBox;
 class QMenu;
 class QModelIndex;
 class QPoint;
-class QPushButton;
 class QSqlQueryModel;
 class QWidget;
 
@@ -20,6 +18,7 @@ namespace Planaria {
 
 class DataTableView;
 class DB;
+class ElementCommands;
 class ElementEditor;
 
 /// What a tab of the main window is made of: the table of all elements of a type, the commands on
@@ -75,7 +74,6 @@ private slots:
 
 private:
     void createWidgets(QWidget *owner);
-    QDialogButtonBox *createButtons(QWidget *owner);
     void createActions(QWidget *owner);
 
     std::unique_ptr<QSqlQueryModel> newModel();
@@ -83,9 +81,7 @@ private:
     /// The id of the current element; 0 without one.
     [[nodiscard]] int currentId() const;
     [[nodiscard]] QList<int> selectedIds() const;
-    bool confirmDeletion();
     void deleteElements(const QList<int> &ids);
-    void tellDeletionFailure();
     void focusView();
 
     DB *db;
@@ -93,10 +89,7 @@ private:
     DataTableView *view_ = nullptr;
     QMenu *menu = nullptr;
     QList<QAction *> actions; // for the other types
-    QPushButton *newButton = nullptr;
-    QPushButton *copyButton = nullptr;
-    QPushButton *editButton = nullptr;
-    QPushButton *deleteButton = nullptr;
+    ElementCommands *commands = nullptr;
 
     ElementKind::Type type;
     const ElementKind &kind;

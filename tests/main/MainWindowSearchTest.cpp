@@ -1,6 +1,7 @@
 #include "browse/SearchUser.h"
 #include "browse/SearchWidget.h"
 #include "main/ProgramRun.h"
+#include "support/ProgressWatcher.h"
 #include "support/TemporaryLibrary.h"
 
 #include <QComboBox>
@@ -38,6 +39,8 @@ private slots:
     void deletesWhatIsNotInUse();
     void refusesEachElementInUse_data();
     void refusesEachElementInUse();
+    void takesBackADeletionThatIsAborted();
+    void tellsOnceOfAnElementThatTheFileKeeps();
 
     // Status
     void wordsWhatWasFound();
@@ -349,6 +352,40 @@ void MainWindowSearchTest::refusesEachElementInUse()
     run.program.answerer.expectBox(refusal(title, text), QMessageBox::Cancel);
     run.user.press("&Delete");
     QCOMPARE(run.user.shown(), QStringList({name}));
+    QCOMPARE(run.program.problems(), QString());
+}
+
+void MainWindowSearchTest::takesBackADeletionThatIsAborted()
+{
+    Run run;
+    for (int i = 1; i <= 30; ++i)
+        run.library.run(QStringLiteral("INSERT INTO Drug (Name) VALUES('spare %1')").arg(i));
+    run.user.ask({drugs, 0, containing, "spare"});
+    run.user.view->selectAll();
+    const ProgressWatcher progress(5);
+    run.agreeToDelete();
+    run.user.press("&Delete");
+    QCOMPARE(progress.values, QList<int>({0, 1, 2, 3, 4, 5}));
+    QCOMPARE(run.user.shown().size(), 30);
+    QCOMPARE(run.program.problems(), QString());
+}
+
+void MainWindowSearchTest::tellsOnceOfAnElementThatTheFileKeeps()
+{
+    Run run;
+    run.library.run("INSERT INTO Drug (Name) VALUES('spare 1'), ('spare 2'), ('spare 3')");
+    run.library.run("CREATE TRIGGER stay BEFORE DELETE ON Drug WHEN OLD.Name = 'spare 2' "
+                    "BEGIN SELECT RAISE(ABORT, 'stays'); END");
+    run.user.ask({drugs, 0, containing, "spare"});
+    run.user.view->selectAll();
+    run.agreeToDelete();
+    run.program.answerer.expectBox(
+        {"Cannot delete elements",
+         "Not all of the selected elements could be deleted from the file.", QMessageBox::Ok,
+         QMessageBox::Ok, QMessageBox::Critical},
+        QMessageBox::Ok);
+    run.user.press("&Delete");
+    QVERIFY(run.user.shown().contains("spare 2"));
     QCOMPARE(run.program.problems(), QString());
 }
 
