@@ -1,0 +1,7 @@
+#include "import/ImportProgress.h"
+
+namespace Planaria {
+
+ImportProgress::~ImportProgress() = default;
+
+} // namespace Planaria

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+#include <array>
+#include <functional>
+#include <vector>
+
+namespace Planaria {
+
+class DB;
+class Experiment;
+class ImportProgress;
+class Manipulation;
+
+/// The kinds of elements that can be taken over, in the order in which users see them.
+enum class ImportKind {
+    Experiments,
+    Manipulations,
+    Morphologies,
+    Drugs,
+    RNAi,
+    Species,
+    Publications
+};
+
+constexpr int importKindCount = 7;
+
+/// An element in which two libraries differ.
+struct ImportRow
+{
+    QString name;
+    int id = 0; ///< In the source; of a deleted element in the destination.
+    bool checked = false;
+};
+
+/// How the elements of one kind differ.
+struct ImportLists
+{
+    std::vector<ImportRow> modified;
+    std::vector<ImportRow> added;
+    std::vector<ImportRow> deleted;
+    /// Whether the comparison came to the end of this kind.
+    bool complete = false;
+
+    /// The number of rows; 0 where the lists are not complete.
+    [[nodiscard]] int total() const;
+};
+
+/// Takes over elements of one library, the source, into another, the destination.
+///
+/// Elements are the same where their names are: ids mean nothing across files. First the two are
+/// compared, then what is ticked in the lists is carried out. What an element refers to comes
+/// along, unless the destination has it already. The source is only read.
+class LibraryImporter final
+{
+public:
+    /// Neither is owned; both must be open, and outlive the importer.
+    LibraryImporter(DB *sourceLibrary, DB *destinationLibrary);
+
+    /// Compares the libraries kind by kind, and writes nothing.
+    /// @param compared called after each kind, with its lists ready
+    /// @return false where it was cancelled before the last kind was begun. Cancelled within the
+    /// last, it is done all the same, with lists that are not complete.
+    [[nodiscard]] bool populateElements(ImportProgress &progress,
+                                        const std::function<void(ImportKind)> &compared);
+
+    [[nodiscard]] const ImportLists &lists(ImportKind kind) const;
+    /// For setting the ticks between comparison and import.
+    ImportLists &lists(ImportKind kind);
+    /// The rows of all lists, ticked or not.
+    [[nodiscard]] int total() const { return total_; }
+
+    enum class Outcome {
+        Done,
+        Canceled,
+        Locked, ///< Another program uses the destination.
+        Failed  ///< A write failed; see failedElement().
+    };
+
+    /// Carries out what is ticked, in one transaction: unless it is done, the destination is as it
+    /// was, and the importer may be asked again.
+    [[nodiscard]] Outcome importElements(ImportProgress &progress);
+
+    /// The name of the element that could not be written; empty where it was none of them.
+    [[nodiscard]] QString failedElement() const { return failedElement_; }
+
+private:
+    DB *source;
+    DB *destination;
+    int total_ = 0;
+    std::array<ImportLists, importKindCount> lists_;
+    QString failedElement_;
+};
+
+} // namespace Planaria
