@@ -120,7 +120,8 @@ bool DB::beginTransaction()
         return true;
     }
     transactionDepth = 1;
-    lastWriteError.clear();
+    if (wholeWrite == WholeWriteState::None)
+        lastWriteError.clear();
     return execute(QStringLiteral("BEGIN TRANSACTION;"));
 }
 
@@ -133,7 +134,7 @@ bool DB::endTransaction()
     if (execute(QStringLiteral("COMMIT;")))
         return true;
     // Left open, it would take in all that is written from now on, and lose it at the end.
-    QSqlQuery(database).exec(QStringLiteral("ROLLBACK;"));
+    rollBack();
     return false;
 }
 
@@ -142,7 +143,73 @@ bool DB::rollbackTransaction()
     if (transactionDepth == 0)
         return true;
     transactionDepth = 0;
-    return execute(QStringLiteral("ROLLBACK;"));
+    return rollBack();
+}
+
+bool DB::rollBack()
+{
+    if (wholeWrite == WholeWriteState::TakenBack)
+        return true;
+    const bool ok = execute(QStringLiteral("ROLLBACK;"));
+    if (wholeWrite == WholeWriteState::Open)
+        wholeWrite = WholeWriteState::TakenBack;
+    return ok;
+}
+
+// --- Whole writes ---
+
+bool DB::startWholeWrite(bool *locked)
+{
+    // Readers have to be out too: they would hold up the commit, or the first write that does not
+    // fit into memory, each time for as long as SQLite is told to wait.
+    constexpr auto shortWait = "PRAGMA busy_timeout = 300";
+    constexpr auto usualWait = "PRAGMA busy_timeout = 5000";
+    if (!isConnected() || transactionDepth > 0 || wholeWrite != WholeWriteState::None)
+        return false;
+    rowCache.reset();
+    lastWriteError.clear();
+    QSqlQuery query(database);
+    query.exec(QLatin1String(shortWait));
+    const bool ok = query.exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    if (!ok) {
+        lastWriteError = query.lastError().text();
+        constexpr int busy = 5;
+        constexpr int primaryCode = 0xFF; // the rest of an extended code tells more of the reason
+        *locked = (query.lastError().nativeErrorCode().toInt() & primaryCode) == busy;
+    }
+    query.exec(QLatin1String(usualWait));
+    if (ok) {
+        transactionDepth = 1;
+        wholeWrite = WholeWriteState::Open;
+    }
+    return ok;
+}
+
+bool DB::isWholeWriteAlive()
+{
+    // Within a transaction a second one cannot begin.
+    if (wholeWrite == WholeWriteState::Open &&
+        QSqlQuery(database).exec(QStringLiteral("BEGIN TRANSACTION;"))) {
+        transactionDepth = 0;
+        rollBack();
+    }
+    return wholeWrite == WholeWriteState::Open;
+}
+
+bool DB::commitWholeWrite()
+{
+    transactionDepth = 1;
+    const bool ok = endTransaction();
+    wholeWrite = ok ? WholeWriteState::None : WholeWriteState::TakenBack;
+    return ok;
+}
+
+void DB::endWholeWrite()
+{
+    if (wholeWrite == WholeWriteState::Open)
+        rollBack();
+    transactionDepth = 0;
+    wholeWrite = WholeWriteState::None;
 }
 
 // --- Queries ---
@@ -444,14 +511,21 @@ bool DB::execute(const QString &sql)
 bool DB::execute(QSqlQuery &query, const QString &sql, const QList<QVariant> &values)
 {
     rowCache.reset();
+    if (wholeWrite == WholeWriteState::TakenBack)
+        return false;
     bool ok = query.prepare(sql);
     if (ok) { // executed all the same, it would hide its error behind another
         for (const QVariant &value : values)
             query.addBindValue(value);
         ok = query.exec();
     }
-    if (!ok)
+    if (!ok) {
         lastWriteError = query.lastError().text();
+        if (wholeWrite == WholeWriteState::Open) {
+            wholeWrite = WholeWriteState::TakenBack;
+            QSqlQuery(database).exec(QStringLiteral("ROLLBACK;"));
+        }
+    }
     return ok;
 }
 

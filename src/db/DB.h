@@ -140,9 +140,20 @@ public:
 
 private:
     friend class BulkRead;
+    friend class WholeWrite;
 
     void startBulkRead();
     void endBulkRead();
+
+    enum class WholeWriteState { None, Open, TakenBack };
+
+    /// @param locked set where it fails because of another program
+    bool startWholeWrite(bool *locked);
+    bool isWholeWriteAlive();
+    bool commitWholeWrite();
+    void endWholeWrite();
+    /// Ends the transaction in the file, without the levels that are still open above it.
+    bool rollBack();
 
     /// Executes @p sql; its error is kept for lastError().
     bool execute(const QString &sql);
@@ -151,6 +162,7 @@ private:
     QSqlDatabase database;
     int transactionDepth = 0;
     QString lastWriteError;
+    WholeWriteState wholeWrite = WholeWriteState::None;
 
     std::unique_ptr<RowCache> rowCache; // null outside of bulk reading, and after a write in it
     int bulkReads = 0;

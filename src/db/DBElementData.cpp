@@ -17,7 +17,8 @@ DBElementData::DBElementData(const char *table, const DBElementData &parent)
 }
 
 DBElementData::DBElementData(const DBElementData &other, bool keepIds)
-    : tableName(other.tableName), id_(keepIds ? other.id_ : 0), db_(other.db_)
+    : tableName(other.tableName), id_(keepIds ? other.id_ : 0), db_(other.db_),
+      isReference(keepIds && other.isReference)
 {
 }
 
@@ -27,6 +28,7 @@ DBElementData &DBElementData::operator=(const DBElementData &other)
         loadFinished();
         id_ = other.id_;
         db_ = other.db_;
+        isReference = other.isReference;
     }
     return *this;
 }
@@ -34,6 +36,14 @@ DBElementData &DBElementData::operator=(const DBElementData &other)
 DBElementData::~DBElementData()
 {
     deleteRemovedReferences();
+}
+
+void DBElementData::referTo(int id, DB *db)
+{
+    loadFinished();
+    id_ = id;
+    db_ = db;
+    isReference = true;
 }
 
 // --- Loading ---

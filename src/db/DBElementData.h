@@ -52,6 +52,10 @@ public:
     [[nodiscard]] int id() const { return id_; }
     /// The file that the element belongs to; null for one that never saw a file.
     [[nodiscard]] DB *db() const { return db_; }
+    /// Stands for the row @p id of @p db from now on: a submit there writes nothing, neither values
+    /// nor children. For an element that others refer to, and that stays as it is in the file.
+    void referTo(int id, DB *db);
+
     /// Whether a submit to @p db finds a row to update.
     bool isStoredIn(const DB *db) const { return id_ >= 1 && db_ == db; }
     /// Children that were taken out of the element and wait to be erased at its next submit.
@@ -93,6 +97,8 @@ public:
     int submit(DB *db, const Parent &parent, const References &references, const Values &values,
                const QList<Child *> &...children)
     {
+        if (isReference)
+            return db == db_ ? id_ : 0;
         bool ok = startSubmit(db);
         ok &= submit(parent, references, values);
         (submitChildren(children, &ok), ...);
@@ -157,6 +163,7 @@ private:
     const char *tableName;
     int id_ = 0;
     DB *db_ = nullptr;
+    bool isReference = false;
 
     // Alive only while loading. A child shares its parent's refQuery as its own query.
     std::shared_ptr<RowCursor> query;

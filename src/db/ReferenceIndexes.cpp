@@ -3,10 +3,14 @@
 #include "db/DB.h"
 
 #include <QPair>
+#include <QSqlError>
 
 namespace Planaria {
 
 namespace {
+
+/// What SQLite answers to a name that is taken.
+constexpr QLatin1String alreadyThere("1");
 
 /// Table and column of all references in the file.
 QList<QPair<QString, QString>> references(DB *db)
@@ -27,10 +31,13 @@ ReferenceIndexes::ReferenceIndexes(DB *database) : db(database)
     const std::unique_ptr<QSqlQuery> query = db->newQuery();
     for (const auto &[table, column] : references(db)) {
         const QString name = QStringLiteral("ReferenceIndex_%1_%2").arg(table, column);
-        // One of this name that is there already is not ours, and stays.
         if (query->exec(
                 QStringLiteral("CREATE INDEX [%1] ON [%2] ([%3])").arg(name, table, column)))
             names += name;
+        // One of this name that is there already is not ours, and stays. Anything else, as a full
+        // disk, may have ended the transaction: what followed would be in the file by itself.
+        else if (query->lastError().nativeErrorCode() != alreadyThere)
+            break;
     }
 }
 

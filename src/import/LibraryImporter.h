@@ -13,6 +13,7 @@ class DB;
 class Experiment;
 class ImportProgress;
 class Manipulation;
+class WholeWrite;
 
 /// The kinds of elements that can be taken over, in the order in which users see them.
 enum class ImportKind {
@@ -87,10 +88,53 @@ public:
     [[nodiscard]] QString failedElement() const { return failedElement_; }
 
 private:
+    /// Ids of the source to those in the destination.
+    using IdMap = QHash<int, int>;
+    struct Kind;
+
+    static const std::array<Kind, importKindCount> &kinds();
+    static const Kind &kindOf(ImportKind kind);
+
+    // The operations on one kind. T is the class of its elements.
+
+    template <typename T> int populateElement(ImportProgress &progress);
+    template <typename T> void compareElement(const ImportRow &row, int destinationId);
+    template <typename T> void importElement(ImportProgress &progress, WholeWrite &write);
+    template <typename T> void addElement(int sourceId);
+    template <typename T> void updateElement(int sourceId);
+    template <typename T> void deleteElement(ImportProgress &progress, WholeWrite &write);
+    template <typename T> [[nodiscard]] bool isUsed(const T &element) const;
+
+    template <typename T>
+    void pairByName(const std::vector<ImportRow> &rows, const QHash<QString, int> &sourceNames,
+                    const QHash<QString, int> &destinationNames);
+    /// All rows of @p table in their order; @p names gets the id of each name.
+    static std::vector<ImportRow> tableItems(DB *db, const QString &table, int nameColumn,
+                                             QHash<QString, int> &names);
+
+    // Each replaces what an element of the source refers to by its counterpart in the destination;
+    // what the destination lacks is written to it first.
+
+    void applyChanges(Manipulation &manipulation);
+    void applyChanges(Experiment &experiment);
+    template <typename T> void applyChanges(T &element);
+    template <typename T> void rebind(T *element);
+
+    Outcome carryOut(ImportProgress &progress, WholeWrite &write);
+    template <typename Action>
+    void forEachTicked(const std::vector<ImportRow> &rows, ImportProgress &progress,
+                       WholeWrite &write, const Action &action);
+    [[nodiscard]] bool isOver(const ImportProgress &progress) const;
+    bool runSteps(ImportProgress &progress, WholeWrite &write);
+    [[nodiscard]] qsizetype ticked() const;
+
     DB *source;
     DB *destination;
     int total_ = 0;
     std::array<ImportLists, importKindCount> lists_;
+    std::array<IdMap, importKindCount> idMaps;
+    /// Rows of a damaged source that bear the name of another, which stands for them.
+    std::array<IdMap, importKindCount> namesakes;
     QString failedElement_;
 };
 

@@ -75,6 +75,16 @@ void Manipulation::copy(const Manipulation &other)
     copy(other, false);
 }
 
+void Manipulation::referTo(int id, DB *db)
+{
+    deleteAll();
+    rootAction_ = nullptr;
+    sharedRows.clear();
+    data.referTo(id, db);
+    name_ = data.loadValue(1).toString();
+    data.loadFinished();
+}
+
 void Manipulation::copy(const Manipulation &other, bool keepIds)
 {
     name_ = other.name_;

@@ -35,6 +35,9 @@ public:
     Manipulation &operator=(const Manipulation &other);
     /// Replaces the content and keeps the identity: the old actions are erased at the next submit.
     void copy(const Manipulation &other);
+    /// Replaces content and identity by those of a stored manipulation, of which no more than the
+    /// name is read. A submit to @p db leaves it as it is.
+    void referTo(int id, DB *db);
 
     [[nodiscard]] const QString &name() const { return name_; }
     void setName(const QString &name) { name_ = name; }

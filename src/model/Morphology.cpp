@@ -54,6 +54,15 @@ void Morphology::copy(const Morphology &other)
     copy(other, false);
 }
 
+void Morphology::referTo(int id, DB *db)
+{
+    deleteAll();
+    imagesLoaded = true;
+    data.referTo(id, db);
+    name_ = data.loadValue(1).toString();
+    data.loadFinished();
+}
+
 // --- Loading ---
 
 QHash<int, Region *> Morphology::loadRegions()

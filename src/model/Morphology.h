@@ -36,6 +36,9 @@ public:
     Morphology &operator=(const Morphology &other);
     /// Replaces the content and keeps the identity: the old members are erased at the next submit.
     void copy(const Morphology &other);
+    /// Replaces content and identity by those of a stored worm, of which no more than the name is
+    /// read. A submit to @p db leaves it as it is.
+    void referTo(int id, DB *db);
 
     const QString &name() const { return name_; }
     void setName(const QString &name) { name_ = name; }

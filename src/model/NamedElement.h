@@ -30,6 +30,14 @@ public:
     NamedElement &operator=(const NamedElement &other) = default;
     /// Replaces the content and keeps the identity.
     void copy(const NamedElement &other) { name_ = other.name_; }
+    /// Replaces content and identity by those of a stored element, which a submit to @p db leaves
+    /// as it is.
+    void referTo(int id, DB *db)
+    {
+        data.referTo(id, db);
+        name_ = data.loadValue(1).toString();
+        data.loadFinished();
+    }
 
     [[nodiscard]] const QString &name() const { return name_; }
     void setName(const QString &name) { name_ = name; }

@@ -32,6 +32,13 @@ void Publication::copy(const Publication &other)
     year_ = other.year_;
 }
 
+void Publication::referTo(int id, DB *db)
+{
+    data.referTo(id, db);
+    title_ = data.loadValue(1).toString();
+    data.loadFinished();
+}
+
 bool Publication::operator==(const Publication &other) const
 {
     return title_ == other.title_ && url_ == other.url_ && year_ == other.year_;

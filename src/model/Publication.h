@@ -21,6 +21,9 @@ public:
     Publication &operator=(const Publication &other) = default;
     /// Replaces the content and keeps the identity.
     void copy(const Publication &other);
+    /// Replaces content and identity by those of a stored publication, of which no more than the
+    /// title is read. A submit to @p db leaves it as it is.
+    void referTo(int id, DB *db);
 
     [[nodiscard]] const QString &title() const { return title_; }
     [[nodiscard]] const QString &url() const { return url_; }
