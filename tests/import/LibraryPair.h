@@ -37,7 +37,8 @@ private:
 
 enum class ImportList { Modified, Added, Deleted };
 
-constexpr std::array allImportLists{ImportList::Modified, ImportList::Added, ImportList::Deleted};
+inline constexpr std::array allImportLists{ImportList::Modified, ImportList::Added,
+                                           ImportList::Deleted};
 
 /// All kinds in order, and what test data calls them.
 struct KindKey
@@ -46,13 +47,13 @@ struct KindKey
     const char *key;
 };
 
-constexpr std::array allKinds{KindKey{ImportKind::Experiments, "experiments"},
-                              KindKey{ImportKind::Manipulations, "manipulations"},
-                              KindKey{ImportKind::Morphologies, "morphologies"},
-                              KindKey{ImportKind::Drugs, "drugs"},
-                              KindKey{ImportKind::RNAi, "rnai"},
-                              KindKey{ImportKind::Species, "species"},
-                              KindKey{ImportKind::Publications, "publications"}};
+inline constexpr std::array allKinds{KindKey{ImportKind::Experiments, "experiments"},
+                                     KindKey{ImportKind::Manipulations, "manipulations"},
+                                     KindKey{ImportKind::Morphologies, "morphologies"},
+                                     KindKey{ImportKind::Drugs, "drugs"},
+                                     KindKey{ImportKind::RNAi, "rnai"},
+                                     KindKey{ImportKind::Species, "species"},
+                                     KindKey{ImportKind::Publications, "publications"}};
 
 /// A library that is merged into another.
 class LibraryPair final
