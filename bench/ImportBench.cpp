@@ -40,14 +40,14 @@ private:
 
 enum Destination { Others, Versions };
 
+/// The libraries of all runs by their number of experiments, each made when it is first asked for.
+std::map<int, BenchLibrary> libraries;
+
 /// Experiments with a quarter of their number of manipulations, and as many morphologies.
 BenchLibrary &sourceOf(int experiments)
 {
-    static std::map<int, BenchLibrary> made;
-    return made
-        .try_emplace(experiments,
-                     LibrarySize{experiments, experiments / 4 + 1, experiments / 4 + 1})
-        .first->second;
+    const LibrarySize size{experiments, experiments / 4 + 1, experiments / 4 + 1};
+    return libraries.try_emplace(experiments, size).first->second;
 }
 
 void run(DB *db, const QString &sql)
@@ -179,4 +179,5 @@ int main(int argc, char *argv[])
     registerAll();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
+    libraries.clear(); // while there are database drivers
 }
