@@ -90,6 +90,11 @@ bool DB::isConnected() const
     return database.isOpen();
 }
 
+QString DB::fileName() const
+{
+    return database.databaseName();
+}
+
 bool DB::createEmptyDB(const QString &fileName)
 {
     if (database.isOpen())

@@ -39,6 +39,8 @@ public:
     [[nodiscard]] int connect(const QString &fileName, bool fastMode);
     void disconnect();
     [[nodiscard]] bool isConnected() const;
+    /// As it was given to connect(); empty where nothing is open.
+    [[nodiscard]] QString fileName() const;
 
     /// Makes @p fileName an empty file, whatever it held, and opens it.
     [[nodiscard]] bool createEmptyDB(const QString &fileName);

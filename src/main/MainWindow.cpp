@@ -436,8 +436,4 @@ void MainWindow::morListViewer()
     updateTab();
 }
 
-// The command of this entry is still to come.
-
-void MainWindow::importDB() {}
-
 } // namespace Planaria

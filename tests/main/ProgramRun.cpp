@@ -61,6 +61,7 @@ namespace {
 const QString newText = QStringLiteral("&New database...");
 const QString openText = QStringLiteral("&Open database...");
 const QString saveAsText = QStringLiteral("&Save database as...");
+const QString importText = QStringLiteral("&Import...");
 
 void letItWork()
 {
@@ -109,6 +110,18 @@ void ProgramRun::saveFileAs(const QString &path, const Answers &answers)
                       QStringLiteral("Experiment Databases (*.edb)"), QFileDialog::AcceptSave},
                      path);
     choose(saveAsText, answers);
+}
+
+void ProgramRun::importFile(const QString &path, const Answers &answers,
+                            const std::function<void(QDialog *)> &use)
+{
+    expectFileDialog({QStringLiteral("Open database to import"),
+                      QStringLiteral("Experiment databases (*.edb)"), QFileDialog::AcceptOpen},
+                     path);
+    expect(answers);
+    if (use)
+        answerer.expectDialog(use);
+    choose(importText);
 }
 
 void ProgramRun::choose(const QString &text, const Answers &answers)
@@ -227,7 +240,7 @@ QStringList ProgramRun::openFrame(const QString &title, const QString &status)
             saveAsText,
             QStringLiteral("&Close database"),
             QStringLiteral("&Vacuum database"),
-            QStringLiteral("&Import..."),
+            importText,
             QStringLiteral("Exit"),
             QStringLiteral("Delete all experiments"),
             QStringLiteral("Delete all experiments and manipulations"),

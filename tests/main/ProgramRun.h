@@ -63,6 +63,9 @@ public:
     void createFile(const QString &path, const Answers &answers = {});
     void openFile(const QString &path, const Answers &answers = {});
     void saveFileAs(const QString &path, const Answers &answers = {});
+    /// @param use what is done in the importer; it must close it
+    void importFile(const QString &path, const Answers &answers = {},
+                    const std::function<void(QDialog *)> &use = nullptr);
     /// What happens to the files between the next file dialog and the command itself.
     void afterFileDialog(const std::function<void()> &event) { fileDialogEvent = event; }
     /// The folder that the last file dialog showed first.

@@ -7,7 +7,10 @@
 
 namespace Planaria {
 
-ProgressWatcher::ProgressWatcher(int abortAt) : abortValue(abortAt)
+ProgressWatcher::ProgressWatcher(int abortAt) : ProgressWatcher(abortAt, nullptr) {}
+
+ProgressWatcher::ProgressWatcher(int at, const std::function<void()> &event)
+    : eventValue(at), plannedEvent(event)
 {
     qApp->installEventFilter(this);
 }
@@ -33,14 +36,16 @@ void ProgressWatcher::note(int value)
 {
     auto *abort = dialog->findChild<QPushButton *>();
     label = dialog->labelText();
+    if (labels.isEmpty() || labels.last() != label)
+        labels += label;
     button = abort->text();
     range = {dialog->minimum(), dialog->maximum()};
     modality = dialog->windowModality();
     minimumDuration = dialog->minimumDuration();
     parentWidget = dialog->parentWidget();
     values += value;
-    if (value == abortValue)
-        abort->click();
+    if (value == eventValue)
+        plannedEvent ? plannedEvent() : abort->click();
 }
 
 } // namespace Planaria

@@ -5,6 +5,9 @@
 #include <QPair>
 #include <QPointer>
 #include <QProgressDialog>
+#include <QStringList>
+
+#include <functional>
 
 namespace Planaria {
 
@@ -17,10 +20,13 @@ class ProgressWatcher final : public QObject
 public:
     /// @param abortAt the value at which the dialog's button is pressed; -1 for never
     explicit ProgressWatcher(int abortAt = -1);
+    /// @param event what happens at the value @p at
+    ProgressWatcher(int at, const std::function<void()> &event);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
     QString label;
+    QStringList labels; // each label with which the progress moved on, in their order
     QString button;
     QPair<int, int> range;
     QList<int> values;
@@ -32,7 +38,8 @@ private:
     void watch(QProgressDialog *found);
     void note(int value);
 
-    int abortValue;
+    int eventValue;
+    std::function<void()> plannedEvent; // where there is none, the button is pressed
     QPointer<QProgressDialog> dialog;
 };
 
