@@ -107,12 +107,25 @@ private:
         auto *table = new QTableWidget(0, 1, this);
         table->horizontalHeader()->hide();
         table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-        // Long titles are broken into lines. The header tells of a new width before it has it.
-        QObject::connect(table->horizontalHeader(), &QHeaderView::sectionResized, table,
-                         &QTableWidget::resizeRowsToContents, Qt::QueuedConnection);
+        breakLongTitles(table);
         table->setTabKeyNavigation(false); // Tab leads on to the next table
         table->setMinimumHeight(16 * table->fontMetrics().height()); // for the first opening
         return table;
+    }
+
+    /// Gives each row room for all lines of its title, once for all changes of the width that come
+    /// together.
+    static void breakLongTitles(QTableWidget *table)
+    {
+        auto *delay = new QTimer(table);
+        delay->setSingleShot(true);
+        const auto start = qOverload<>(&QTimer::start);
+        QObject::connect(table->horizontalHeader(), &QHeaderView::sectionResized, delay, start);
+        QObject::connect(table->model(), &QAbstractItemModel::rowsInserted, delay, start);
+        QObject::connect(delay, &QTimer::timeout, table, [table] {
+            if (table->isVisible()) // else it gets another width when it is shown
+                table->resizeRowsToContents();
+        });
     }
 
     static void fill(QTableWidget *table, const std::vector<ImportRow> &rows)
@@ -121,7 +134,6 @@ private:
         int place = 0;
         for (const ImportRow &row : rows)
             table->setItem(place++, 0, createCheckItem(row.name, row.id, row.checked));
-        table->resizeRowsToContents();
     }
 
     std::array<Column, 3> columns = {{{"Modified", &ImportLists::modified},

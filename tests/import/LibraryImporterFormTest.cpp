@@ -175,6 +175,7 @@ private slots:
 
     // Failures
     void tellsThatTheDestinationIsLocked();
+    void tellsThatTheDestinationCannotBeWritten_data();
     void tellsThatTheDestinationCannotBeWritten();
 
 private:
@@ -969,25 +970,42 @@ void LibraryImporterFormTest::tellsThatTheDestinationIsLocked()
     QVERIFY(names(destination.get(), "Drug").contains("new drug B"));
 }
 
+void LibraryImporterFormTest::tellsThatTheDestinationCannotBeWritten_data()
+{
+    QTest::addColumn<QStringList>("obstacle");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("an element")
+        << QStringList("CREATE TRIGGER obstacle BEFORE INSERT ON Drug WHEN new.Name='new drug B' "
+                       "BEGIN SELECT RAISE(ABORT, 'refused'); END")
+        << "Unable to write \"new drug B\" into the database file (library.edb). Nothing was "
+           "imported.";
+    QTest::newRow("at the end")
+        << QStringList({"CREATE TABLE Later (Drug INTEGER REFERENCES Drug(Id) DEFERRABLE INITIALLY "
+                        "DEFERRED)",
+                        "CREATE TRIGGER obstacle AFTER INSERT ON Drug BEGIN INSERT INTO Later "
+                        "VALUES(-1); END"})
+        << "Unable to write the database file (library.edb). Nothing was imported.";
+}
+
 void LibraryImporterFormTest::tellsThatTheDestinationCannotBeWritten()
 {
-    destination->run("CREATE TRIGGER refuse BEFORE INSERT ON Drug WHEN new.Name='new drug B' BEGIN "
-                     "SELECT RAISE(ABORT, 'refused'); END");
+    QFETCH(const QStringList, obstacle);
+    QFETCH(const QString, text);
+    for (const QString &statement : obstacle)
+        destination->run(statement);
     OpenImporter open(source.get(), destination.get());
     open.compare();
     const QStringList before = content(destination.get());
     ModalAnswerer answerer;
-    answerer.expectBox({"Import error",
-                        "Unable to write \"new drug B\" into the database file (library.edb). "
-                        "Nothing was imported.",
-                        QMessageBox::Cancel, QMessageBox::Cancel, QMessageBox::Critical},
-                       QMessageBox::Cancel);
+    answerer.expectBox(
+        {"Import error", text, QMessageBox::Cancel, QMessageBox::Cancel, QMessageBox::Critical},
+        QMessageBox::Cancel);
     open.parts.press(QDialogButtonBox::Ok);
     QCOMPARE(answerer.problems(), QStringList());
     QVERIFY(open.form.isVisible());
     QCOMPARE(content(destination.get()), before);
 
-    destination->run("DROP TRIGGER refuse");
+    destination->run("DROP TRIGGER obstacle");
     open.parts.press(QDialogButtonBox::Ok);
     QVERIFY(open.isAccepted());
     QVERIFY(names(destination.get(), "Drug").contains("new drug B"));
