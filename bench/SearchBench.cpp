@@ -109,9 +109,9 @@ BENCHMARK(searchManipulationsOfOneWorm)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(deleteExperiments)
     ->Arg(1)
+    ->Arg(3)
+    ->Arg(4)
     ->Arg(10)
-    ->Arg(19)
-    ->Arg(20)
     ->Arg(100)
     ->Arg(1000)
     ->Unit(benchmark::kMillisecond);

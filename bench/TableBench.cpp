@@ -28,12 +28,18 @@ using namespace Planaria;
 
 namespace {
 
+/// By the number of experiments.
+std::map<int64_t, BenchLibrary> &libraries()
+{
+    static std::map<int64_t, BenchLibrary> made;
+    return made;
+}
+
 /// The library with so many experiments, made at the first of its runs.
 BenchLibrary &library(int64_t experiments)
 {
-    static std::map<int64_t, BenchLibrary> made;
     const int n = static_cast<int>(experiments);
-    return made.try_emplace(experiments, LibrarySize{n, n / 4, n / 4}).first->second;
+    return libraries().try_emplace(experiments, LibrarySize{n, n / 4, n / 4}).first->second;
 }
 
 /// A tab as it stands in the window.
@@ -124,30 +130,31 @@ void sayYes()
         QTimer::singleShot(0, &sayYes);
 }
 
-/// 1,000 of the experiments of a copy of the library, by the button.
-void deleteThousand(benchmark::State &state)
+/// Some of the experiments of a copy of the library, by the button.
+void deleteExperiments(benchmark::State &state)
 {
     const QTemporaryDir folder;
     const QString copy = folder.filePath(QStringLiteral("copy.edb"));
-    if (!QFile::copy(library(state.range(0)).fileName(), copy))
+    if (!QFile::copy(library(state.range(1)).fileName(), copy))
         qFatal("cannot copy the library");
     DB db;
     if (db.connect(copy, false) != DB::Opened)
         qFatal("cannot open the copy");
     Tab<ExperimentsWidget> tab(&db);
     tab.update();
+    const int count = static_cast<int>(state.range(0));
     while (state.KeepRunning()) {
         state.PauseTiming();
         const QAbstractItemModel *model = tab.view()->model();
         tab.view()->selectionModel()->select(
-            QItemSelection(model->index(0, 1), model->index(999, 1)),
+            QItemSelection(model->index(0, 1), model->index(count - 1, 1)),
             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
         const int before = model->rowCount();
         QTimer::singleShot(0, &sayYes);
         state.ResumeTiming();
         QMetaObject::invokeMethod(tab.view()->window()->findChildren<QAbstractButton *>().last(),
                                   "click");
-        if (model->rowCount() != before - 1000)
+        if (model->rowCount() != before - count)
             qFatal("%d rows are left of %d", model->rowCount(), before);
     }
 }
@@ -177,7 +184,10 @@ BENCHMARK(sortTab<PublicationsWidget>)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(updateSortedRows)->Args({5, 20000})->Unit(benchmark::kMillisecond);
 BENCHMARK(selectAll)->Apply(sizes)->Unit(benchmark::kMillisecond);
-BENCHMARK(deleteThousand)->Apply(sizes)->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(deleteExperiments)
+    ->ArgsProduct({{1, 3, 4, 20, 1000}, {5000, 10000, 20000}})
+    ->Iterations(3)
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 
@@ -186,4 +196,5 @@ int main(int argc, char *argv[])
     const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
+    libraries().clear(); // while there are database drivers
 }

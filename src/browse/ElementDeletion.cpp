@@ -41,7 +41,7 @@ constexpr std::array uses{
 };
 
 /// From this many elements on, making indexes takes less time than it saves.
-constexpr qsizetype manyElements = 20;
+constexpr qsizetype manyElements = 4;
 
 } // namespace
 

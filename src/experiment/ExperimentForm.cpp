@@ -13,6 +13,7 @@
 #include "model/Publication.h"
 #include "model/Species.h"
 #include "widgets/ElementChoice.h"
+#include "widgets/ElementStore.h"
 #include "widgets/NameCheck.h"
 #include "widgets/WindowSettings.h"
 
@@ -221,7 +222,9 @@ void ExperimentForm::runPublicationForm(std::unique_ptr<Publication> publication
 {
     if (PublicationForm(publication.get(), db, this).exec() != Accepted)
         return;
-    publication->submit(db);
+    if (!ElementStore::store(publication.get(), QStringLiteral("Publication"),
+                             QStringLiteral("publication"), db, this))
+        return;
     publicationChoice->update(db, publication->id());
     experiment->setPublication(publication.release());
     updatePublicationLabel();
@@ -251,7 +254,9 @@ void ExperimentForm::runSpeciesForm(std::unique_ptr<Species> species)
 {
     if (SpeciesForm(species.get(), db, this).exec() != Accepted)
         return;
-    species->submit(db);
+    if (!ElementStore::store(species.get(), QStringLiteral("Species"), QStringLiteral("species"),
+                             db, this))
+        return;
     speciesChoice->update(db, species->id());
     experiment->setSpecies(species.release());
 }
@@ -310,7 +315,9 @@ void ExperimentForm::runManipulationForm(std::unique_ptr<Manipulation> manipulat
             &ResultSetsWidget::morphologyHasChanged);
     if (form.exec() != Accepted)
         return;
-    manipulation->submit(db);
+    if (!ElementStore::store(manipulation.get(), QStringLiteral("Manipulation"),
+                             QStringLiteral("manipulation"), db, this))
+        return;
     manipulationChoice->update(db, manipulation->id());
     takeManipulation(std::move(manipulation));
 }

@@ -4,8 +4,10 @@
 #include "model/Morphology.h"
 #include "support/ModalAnswerer.h"
 
+#include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDoubleSpinBox>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QtTest>
@@ -32,6 +34,7 @@ private slots:
     // In a form
     void makesAnElementInItsForm_data();
     void makesAnElementInItsForm();
+    void makesAnExperimentOfWhatTheFileHolds();
     void copiesAnElementInItsForm_data();
     void copiesAnElementInItsForm();
     void editsAnElementInItsForm_data();
@@ -282,6 +285,39 @@ void ElementEditingTest::makesAnElementInItsForm()
     QCOMPARE(dialogs.seen, dialogs.expected("New", ""));
     QCOMPARE(dialogs.parent, static_cast<const QWidget *>(tab.widget()));
     QCOMPARE(tab.count(), count + 1);
+    QCOMPARE(tab.current(), QStringLiteral("brand new"));
+    QCOMPARE(tab.focused(), static_cast<QWidget *>(tab.view()));
+    QCOMPARE(tab.library->brokenReferences(), QStringList());
+}
+
+namespace {
+
+/// Chooses something everywhere, and one worm as the only result.
+void fillExperimentForm(QDialog *form)
+{
+    for (auto *box : form->findChildren<QComboBox *>())
+        box->setCurrentIndex(1);
+    for (auto *button : form->findChildren<QPushButton *>()) {
+        if (button->text() == "Add morph.")
+            button->click();
+    }
+    for (auto *number : form->findChildren<QDoubleSpinBox *>())
+        number->setValue(1.0);
+    form->findChild<QLineEdit *>()->setText("brand new");
+    form->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
+}
+
+} // namespace
+
+void ElementEditingTest::makesAnExperimentOfWhatTheFileHolds()
+{
+    ElementTab tab(experiments);
+    tab.update();
+    ModalAnswerer answerer;
+    answerer.expectDialog(fillExperimentForm);
+    tab.press("New");
+    QCOMPARE(answerer.problems().join(u'\n'), QString());
+    QCOMPARE(tab.count(), 101);
     QCOMPARE(tab.current(), QStringLiteral("brand new"));
     QCOMPARE(tab.focused(), static_cast<QWidget *>(tab.view()));
     QCOMPARE(tab.library->brokenReferences(), QStringList());

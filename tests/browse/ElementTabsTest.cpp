@@ -666,13 +666,19 @@ void ElementTabsTest::tellOfADeletionThatFails()
     tab.view()->selectAll();
     ModalAnswerer answerer;
     answerer.expectBox(deletionQuestion(tab), QMessageBox::Yes);
-    answerer.expectBox({"Cannot delete elements",
-                        "Not all of the selected elements could be deleted from the file.",
-                        QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Critical},
-                       QMessageBox::Ok);
+    const ModalAnswerer::Box notDeleted = {
+        "Cannot delete elements",
+        "Not all of the selected elements could be deleted from the file.", QMessageBox::Ok,
+        QMessageBox::Ok, QMessageBox::Critical};
+    answerer.expectBox(notDeleted, QMessageBox::Ok);
     tab.press("Delete");
     QCOMPARE(answerer.problems(), QStringList());
     QCOMPARE(tab.shown(), QStringList("drug 3"));
+
+    answerer.expectBox(notDeleted, QMessageBox::Ok);
+    tab.command("delete", 3);
+    QCOMPARE(answerer.problems(), QStringList());
+    QCOMPARE(tab.count(), 1);
 }
 
 // --- Searches ---

@@ -113,6 +113,8 @@ private slots:
     void leavesAllAsItWasWhenTheUserCancels();
     void editsNothingWithoutAChoice();
     void keepsTheOtherChoicesWhenAListIsReadAnew_data() { addMembers(); }
+    void tellsOfAMemberThatTheFileDoesNotTake_data() { addMembers(); }
+    void tellsOfAMemberThatTheFileDoesNotTake();
     void keepsTheOtherChoicesWhenAListIsReadAnew();
     void keepsWhatWasStoredWhenItIsCancelled();
 
@@ -579,6 +581,26 @@ void ExperimentFormTest::editsNothingWithoutAChoice()
     press(form.get(), "Copy", "Manipulation");
     QCOMPARE(answerer.problems(), QStringList());
     QCOMPARE(referredTo(), QList<const DBElement *>({nullptr, nullptr, nullptr}));
+}
+
+void ExperimentFormTest::tellsOfAMemberThatTheFileDoesNotTake()
+{
+    QFETCH(const Member, member);
+    openStored();
+    const QList<const DBElement *> before = referredTo();
+    const QString table = QLatin1String(member.role);
+    library->run("CREATE TRIGGER full BEFORE INSERT ON " + table +
+                 " BEGIN SELECT RAISE(ABORT, 'full'); END");
+    ModalAnswerer answerer;
+    expectMorphologyForm(&answerer, "aardvark");
+    answerer.expectBox({"Cannot store " + table.toLower(),
+                        "The " + table.toLower() + " could not be written to the file.",
+                        QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Critical},
+                       QMessageBox::Ok);
+    press(form.get(), "New", member.role);
+    QCOMPARE(answerer.problems(), QStringList());
+    QCOMPARE(referredTo(), before);
+    QCOMPARE(chosen(), QStringList({"paper", "species", "cut"}));
 }
 
 void ExperimentFormTest::keepsTheOtherChoicesWhenAListIsReadAnew()
