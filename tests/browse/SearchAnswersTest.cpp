@@ -1,4 +1,5 @@
 #include "ActionTrees.h"
+#include "PlainSearch.h"
 #include "browse/SearchStatement.h"
 #include "support/TestData.h"
 
@@ -20,6 +21,8 @@ class SearchAnswersTest final : public QObject
 private slots:
     void answersTheWorkedQuestions_data();
     void answersTheWorkedQuestions();
+    void agreesWithAPlainSearch_data();
+    void agreesWithAPlainSearch();
 
     // Rows
     void takesAPercentSignForAnyTextInAnyCase();
@@ -164,6 +167,41 @@ void SearchAnswersTest::answersTheWorkedQuestions()
     const auto model = statement.newModel(library.db());
     QCOMPARE(columnsOf(*model), texts(worked["columns"].toArray()));
     QCOMPARE(rowsOf(*model), rowsOf(worked["rows"].toArray()));
+}
+
+void SearchAnswersTest::agreesWithAPlainSearch_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("field");
+    for (int type = 0; type < 7; ++type) {
+        const QStringList fields = SearchStatement::fieldLabels(type);
+        for (int field = 0; field < fields.size(); ++field)
+            if (!PlainSearch::isAboutActionTrees({type, field, 0, ""}))
+                QTest::addRow("%s of %s", qUtf8Printable(fields[field]),
+                              qUtf8Printable(SearchStatement::plural(type)))
+                    << type << field;
+    }
+}
+
+void SearchAnswersTest::agreesWithAPlainSearch()
+{
+    QFETCH(const int, type);
+    QFETCH(const int, field);
+    TemporaryLibrary library("library.edb");
+    const PlainSearch plain(library.db());
+    for (int op = 0; op < 4; ++op) {
+        for (const char *value :
+             {"", "%", "2", "1950", "e", "S%", "_o%", "Series M", "Tail", "~"}) {
+            const SearchQuestion question{type, field, op, value};
+            QStringList expected = plain.rows(question);
+            std::sort(expected.begin(), expected.end());
+            const QStringList found = answer(&library, question);
+            QVERIFY2(found == expected,
+                     qUtf8Printable(QStringLiteral("%1 \"%2\":\n%3\n--\n%4")
+                                        .arg(SearchStatement::operatorLabels()[op], value,
+                                             found.join('\n'), expected.join('\n'))));
+        }
+    }
 }
 
 // --- Rows ---
