@@ -241,12 +241,14 @@ template <typename T> int LibraryImporter::populateElement(ImportProgress &progr
     const IdMap &ids = idMaps[indexOf<T>];
     QHash<QString, int> sourceNames;
     QHash<QString, int> destinationNames;
-    const std::vector<ImportRow> sourceRows = tableItems(source, table, nameColumn, sourceNames);
-    std::vector<ImportRow> rest = tableItems(destination, table, nameColumn, destinationNames);
+    const std::vector<ImportRow> &rows = sourceRows[indexOf<T>] =
+        tableItems(source, table, nameColumn, sourceNames);
+    std::vector<ImportRow> rest = destinationRows[indexOf<T>] =
+        tableItems(destination, table, nameColumn, destinationNames);
 
     // All pairs first: an import after a comparison that was cut short has to know them.
-    pairByName<T>(sourceRows, sourceNames, destinationNames);
-    for (const ImportRow &row : sourceRows) {
+    pairByName<T>(rows, sourceNames, destinationNames);
+    for (const ImportRow &row : rows) {
         if (progress.wasCanceled())
             return 0;
         if (!namesakes[indexOf<T>].contains(row.id))
@@ -325,10 +327,12 @@ LibraryImporter::Outcome LibraryImporter::carryOut(ImportProgress &progress, Who
     bool finished = false;
     {
         const SteadyRead sourceRead(source);
+        if (!sourceRead.isReadable() || !areAsCompared())
+            return Outcome::Failed;
         std::optional<ReferenceIndexes> indexes;
         if (ticked() >= manyElements)
             indexes.emplace(destination);
-        if (!sourceRead.isReadable() || write.state() != WholeWrite::State::Open)
+        if (write.state() != WholeWrite::State::Open)
             return Outcome::Failed;
         finished = runSteps(progress, write);
     }
@@ -337,6 +341,18 @@ LibraryImporter::Outcome LibraryImporter::carryOut(ImportProgress &progress, Who
     if (!finished)
         return Outcome::Canceled;
     return write.commit() ? Outcome::Done : Outcome::Failed;
+}
+
+bool LibraryImporter::areAsCompared() const
+{
+    for (size_t i = 0; i < kinds().size(); ++i) {
+        const QString table = kinds().at(i).table;
+        QHash<QString, int> names;
+        if (tableItems(source, table, nameColumn, names) != sourceRows.at(i) ||
+            tableItems(destination, table, nameColumn, names) != destinationRows.at(i))
+            return false;
+    }
+    return true;
 }
 
 bool LibraryImporter::runSteps(ImportProgress &progress, WholeWrite &write)

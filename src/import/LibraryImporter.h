@@ -34,6 +34,8 @@ struct ImportRow
     QString name;
     int id = 0; ///< In the source; of a deleted element in the destination.
     bool checked = false;
+
+    bool operator==(const ImportRow &) const = default;
 };
 
 /// How the elements of one kind differ.
@@ -77,7 +79,7 @@ public:
         Done,
         Canceled,
         Locked, ///< Another program uses the destination.
-        Failed  ///< A write failed; see failedElement().
+        Failed  ///< See failedElement(); or the elements are not those that were compared.
     };
 
     /// Carries out what is ticked, in one transaction: unless it is done, the destination is as it
@@ -127,12 +129,16 @@ private:
     [[nodiscard]] bool isOver(const ImportProgress &progress) const;
     bool runSteps(ImportProgress &progress, WholeWrite &write);
     [[nodiscard]] qsizetype ticked() const;
+    /// Whether names and ids of all elements are those that were compared.
+    [[nodiscard]] bool areAsCompared() const;
 
     DB *source;
     DB *destination;
     int total_ = 0;
     std::array<ImportLists, importKindCount> lists_;
     std::array<IdMap, importKindCount> idMaps;
+    std::array<std::vector<ImportRow>, importKindCount> sourceRows;
+    std::array<std::vector<ImportRow>, importKindCount> destinationRows;
     /// Rows of a damaged source that bear the name of another, which stands for them.
     std::array<IdMap, importKindCount> namesakes;
     QString failedElement_;
