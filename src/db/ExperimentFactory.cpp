@@ -157,6 +157,16 @@ std::unique_ptr<Morphology> ExperimentFactory::loadDefaultMorphology(DB *db)
     return createAndSaveWildMorphology(db);
 }
 
+std::unique_ptr<Morphology> ExperimentFactory::loadStoredDefaultMorphology(DB *db)
+{
+    std::unique_ptr<Morphology> worm = loadDefaultMorphology(db);
+    if (worm->id() > 0)
+        return worm;
+    const int namesake =
+        db->existId(QStringLiteral("Morphology"), QStringLiteral("Name"), worm->name());
+    return namesake > 0 ? std::make_unique<Morphology>(namesake, db, false) : std::move(worm);
+}
+
 std::unique_ptr<Manipulation> ExperimentFactory::createWildManipulation()
 {
     auto manipulation = std::make_unique<Manipulation>(createWildMorphology().release());

@@ -52,6 +52,9 @@ public:
     std::unique_ptr<Morphology> createAndSaveWildMorphology(DB *db);
     /// The worm to start from: row 1, whatever its name has become, or a new wild type.
     std::unique_ptr<Morphology> loadDefaultMorphology(DB *db);
+    /// The same for an element that will refer to it: where the name of the new wild type is taken,
+    /// the worm that bears it. Unsaved only where nothing can be written.
+    std::unique_ptr<Morphology> loadStoredDefaultMorphology(DB *db);
     /// A new manipulation to look at: a crop, a graft and a cut on wild types.
     std::unique_ptr<Manipulation> createWildManipulation();
     /// Kept empty.

@@ -159,7 +159,7 @@ void ResultSetWidget::removeResultSet()
 
 void ResultSetWidget::addResultantMorphology()
 {
-    auto morphology = ExperimentFactory::instance(nullptr)->loadDefaultMorphology(db);
+    auto morphology = ExperimentFactory::instance(nullptr)->loadStoredDefaultMorphology(db);
     if (DB::getModelIdRow(model, morphology->id()) == -1)
         db->updateModel(model); // it was made just now
     createResultantMorphologyWidget(resultSet->addResultantMorphology(morphology.release()));

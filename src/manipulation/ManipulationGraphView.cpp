@@ -169,7 +169,7 @@ void ManipulationGraphView::addJoinAction2SelecNode()
     const EDGAction *selected = selectedAction();
     if (!selected)
         return;
-    auto graft = ExperimentFactory::instance(nullptr)->loadDefaultMorphology(db);
+    auto graft = ExperimentFactory::instance(nullptr)->loadStoredDefaultMorphology(db);
     showAdded(manipulation->addJoinAction(selected->action(), graft.release()));
 }
 

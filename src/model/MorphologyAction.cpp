@@ -13,7 +13,7 @@ MorphologyAction::MorphologyAction(Morphology *newMorphology, Manipulation *mani
 
 MorphologyAction::MorphologyAction(Manipulation *manipulation, DB *db)
     : ManipulationAction(nullptr, manipulation),
-      morphology_(ExperimentFactory::instance(nullptr)->loadDefaultMorphology(db)),
+      morphology_(ExperimentFactory::instance(nullptr)->loadStoredDefaultMorphology(db)),
       data(table(Kind::Morphology))
 {
 }

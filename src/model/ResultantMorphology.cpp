@@ -20,7 +20,7 @@ ResultantMorphology::ResultantMorphology(Morphology *morphology, ResultSet *newO
 }
 
 ResultantMorphology::ResultantMorphology(ResultSet *newOwner, DB *db)
-    : morphology_(ExperimentFactory::instance(nullptr)->loadDefaultMorphology(db)),
+    : morphology_(ExperimentFactory::instance(nullptr)->loadStoredDefaultMorphology(db)),
       resultSet_(newOwner), data(table)
 {
 }

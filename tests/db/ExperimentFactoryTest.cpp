@@ -147,6 +147,8 @@ private slots:
     void leavesThePicturesOfRowOneInTheFile();
     void startsFromANewWildTypeInAFileWithoutWorms();
     void startsFromAnUnsavedWildTypeWhereItsNameIsTaken();
+    void startsAnElementFromAStoredWorm_data();
+    void startsAnElementFromAStoredWorm();
     void addsNoRandomOrgans();
 };
 
@@ -447,6 +449,32 @@ void ExperimentFactoryTest::startsFromAnUnsavedWildTypeWhereItsNameIsTaken()
     worm->setName("Wild type again");
     QCOMPARE(worm->submit(library.db()), 3);
     QCOMPARE(described(Morphology(3, library.db(), false)).mid(1), wildType().mid(1));
+}
+
+void ExperimentFactoryTest::startsAnElementFromAStoredWorm_data()
+{
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<int>("id");
+    QTest::newRow("none") << "" << 1;
+    QTest::newRow("row 1") << "(1, 'my worm'), (2, 'Wild type')" << 1;
+    QTest::newRow("others than row 1") << "(2, 'my worm')" << 3;
+    QTest::newRow("one of the name") << "(2, 'my worm'), (3, 'Wild type')" << 3;
+}
+
+void ExperimentFactoryTest::startsAnElementFromAStoredWorm()
+{
+    QFETCH(const QString, stored);
+    QFETCH(const int, id);
+    TemporaryLibrary library;
+    if (!stored.isEmpty())
+        library.run("INSERT INTO Morphology VALUES" + stored);
+    for (int i = 0; i < 2; ++i) { // it makes one at most
+        const auto worm = factory()->loadStoredDefaultMorphology(library.db());
+        QCOMPARE(worm->id(), id);
+        QCOMPARE(worm->name(),
+                 library.value(QStringLiteral("SELECT Name FROM Morphology WHERE Id = %1").arg(id))
+                     .toString());
+    }
 }
 
 void ExperimentFactoryTest::addsNoRandomOrgans()

@@ -88,6 +88,7 @@ private slots:
     void addsAnAreaActionBehindTheSelectedOne();
     void addsAnActionInTheMiddle();
     void joinsTheDefaultWorm();
+    void joinsAStoredWormWhereRowOneIsGone();
     void deletesTheRedNodeAndPassesTheColorOn();
     void deletesAJoinWithItsGraft();
     void deletesSeveralNodesOfWhichSomeGoAnyway();
@@ -588,6 +589,16 @@ void ManipulationGraphViewTest::joinsTheDefaultWorm()
     QCOMPARE(brokenLinks(*manipulation), QStringList());
     QCOMPARE(nodes(), QStringList({"Join (0, 0) red", "Morph (-50, 75)", "Morph (50, 75)"}));
     QCOMPARE(log, Log({"none selected", "changed", "selected Join"}));
+}
+
+void ManipulationGraphViewTest::joinsAStoredWormWhereRowOneIsGone()
+{
+    library.run("INSERT INTO Morphology VALUES(2, 'Wild type')");
+    QVERIFY(Morphology(1, library.db(), false).erase());
+    choose(root(), "Add join action");
+    const auto *join = dynamic_cast<JoinAction *>(root());
+    const auto *graft = dynamic_cast<MorphologyAction *>(join->fromAction2());
+    QCOMPARE(graft->morphology()->id(), 2);
 }
 
 void ManipulationGraphViewTest::deletesTheRedNodeAndPassesTheColorOn()

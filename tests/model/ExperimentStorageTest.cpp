@@ -258,6 +258,10 @@ void ExperimentStorageTest::startsAResultFromTheDefaultWorm()
     QCOMPARE(ResultantMorphology(&set, empty.db()).morphology()->name(),
              QStringLiteral("Wild type"));
     QCOMPARE(empty.count("Morphology"), 1);
+
+    TemporaryLibrary withoutRowOne;
+    withoutRowOne.run("INSERT INTO Morphology VALUES(2, 'Wild type')");
+    QCOMPARE(ResultantMorphology(&set, withoutRowOne.db()).morphology()->id(), 2);
 }
 
 // --- Removing and erasing ---

@@ -81,6 +81,7 @@ class ManipulationTest final : public QObject
 private slots:
     void startsAsTheWormThatItIsGiven();
     void startsAsTheDefaultWormOfALibrary();
+    void startsAsAStoredWormWhereRowOneIsGone();
     void eachStartHasAWormOfItsOwn();
 
     void putsAnActionBehindTheRoot_data() { addAreaKinds(); }
@@ -150,6 +151,14 @@ void ManipulationTest::startsAsTheDefaultWormOfALibrary()
     QCOMPARE(linesOf(manipulation), QStringList{"morphology default"});
     QCOMPARE(manipulation.calcMorphologiesList().first()->id(), 1);
     QCOMPARE(library.count("MorphologyAction"), 0);
+}
+
+void ManipulationTest::startsAsAStoredWormWhereRowOneIsGone()
+{
+    TemporaryLibrary library;
+    library.run("INSERT INTO Morphology VALUES(2, 'Wild type')");
+    const Manipulation manipulation(library.db());
+    QCOMPARE(manipulation.calcMorphologiesList().first()->id(), 2);
 }
 
 void ManipulationTest::eachStartHasAWormOfItsOwn()
