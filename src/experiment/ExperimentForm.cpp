@@ -61,8 +61,9 @@ void ExperimentForm::readSettings()
 {
     resize(1000, 800);
     WindowSettings::read(this, QLatin1String(settingsGroup));
-    // The buttons at the bottom stay in sight on a small screen, the frame of the window included.
-    const QSize frame(8, 40);
+    // All of the window stays in sight on a small screen. Its frame takes as much again at the top,
+    // since a dialog is centred without it.
+    const QSize frame(8, 80);
     resize(size().boundedTo(screen()->availableSize() - frame));
 }
 
@@ -107,27 +108,30 @@ QFormLayout *ExperimentForm::createHead()
     publicationLabel = new QLabel(this);
     publicationLabel->setOpenExternalLinks(true);
     updatePublicationLabel();
-    auto *publicationRow = new QHBoxLayout;
     publicationChoice = createChoice(QStringLiteral("Publication"), QStringLiteral("Title"),
                                      tr("Publication"), &publicationComboBox);
     publicationChoice->choose(idOf(experiment->publication()));
     connect(publicationChoice, &ElementChoice::chosen, this,
             &ExperimentForm::publicationComboChanged);
-    publicationRow->addWidget(publicationComboBox, 1);
-    addButton(publicationRow, tr("Edit"), tr("Publication"), &ExperimentForm::editPublication);
-    addButton(publicationRow, tr("New"), tr("Publication"), &ExperimentForm::newPublication);
-    head->addRow(publicationLabel, publicationRow);
+    head->addRow(publicationLabel, createRow(publicationComboBox, &ExperimentForm::editPublication,
+                                             &ExperimentForm::newPublication));
 
-    auto *speciesRow = new QHBoxLayout;
     speciesChoice = createChoice(QStringLiteral("Species"), QStringLiteral("Name"), tr("Species"),
                                  &speciesComboBox);
     speciesChoice->choose(idOf(experiment->species()));
     connect(speciesChoice, &ElementChoice::chosen, this, &ExperimentForm::speciesComboChanged);
-    speciesRow->addWidget(speciesComboBox, 1);
-    addButton(speciesRow, tr("Edit"), tr("Species"), &ExperimentForm::editSpecies);
-    addButton(speciesRow, tr("New"), tr("Species"), &ExperimentForm::newSpecies);
-    head->addRow(tr("Species:"), speciesRow);
+    head->addRow(tr("Species:"), createRow(speciesComboBox, &ExperimentForm::editSpecies,
+                                           &ExperimentForm::newSpecies));
     return head;
+}
+
+QBoxLayout *ExperimentForm::createRow(QComboBox *box, Slot editSlot, Slot newSlot)
+{
+    auto *row = new QHBoxLayout;
+    row->addWidget(box, 1);
+    addButton(row, tr("Edit"), box->accessibleName(), editSlot);
+    addButton(row, tr("New"), box->accessibleName(), newSlot);
+    return row;
 }
 
 QGroupBox *ExperimentForm::createManipulationBox()

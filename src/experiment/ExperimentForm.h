@@ -66,9 +66,11 @@ private:
     void createWidgets();
     QBoxLayout *createUpperPart();
     QFormLayout *createHead();
+    /// The list, and beside it the buttons to edit and to make what it chooses.
+    QBoxLayout *createRow(QComboBox *box, Slot editSlot, Slot newSlot);
     QGroupBox *createManipulationBox();
     QDialogButtonBox *createButtons();
-    /// A list of all rows of @p table. @param role what the choice is for
+    /// A list of all rows of @p table, in a new @p box. @param role what the choice is for
     ElementChoice *createChoice(const QString &table, const QString &column, const QString &role,
                                 QComboBox **box);
     void addButton(QBoxLayout *layout, const QString &text, const QString &role, Slot slot);

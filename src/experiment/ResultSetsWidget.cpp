@@ -108,6 +108,12 @@ void ResultSetsWidget::scrollToBottom()
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
+void ResultSetsWidget::scrollTo(const ResultSetWidget *resultSetWidget)
+{
+    horizontalScrollBar()->setValue(0);
+    verticalScrollBar()->setValue(resultSetWidget->y());
+}
+
 // --- Changes of morphologies ---
 
 void ResultSetsWidget::morphologyHasChanged(int morphologyId)
@@ -138,6 +144,7 @@ bool ResultSetsWidget::isDataCorrect()
     }
     QSet<double> periods;
     for (ResultSetWidget *widget : std::as_const(resultSetWidgets)) {
+        scrollTo(widget); // a warning does not tell which set it means
         if (!widget->isDataCorrect())
             return false;
         const double period = widget->set()->regenPeriod();

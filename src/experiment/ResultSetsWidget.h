@@ -45,6 +45,8 @@ private:
     void createResultSetWidget(ResultSet *set);
     /// Shows a set that was added last.
     void showNew(ResultSet *set);
+    /// Brings the head of a set into sight.
+    void scrollTo(const ResultSetWidget *resultSetWidget);
     void spreadChange(int morphologyId);
 
     Experiment *experiment;

@@ -9,6 +9,7 @@
 #include "widgets/ComboBoxNoWheel.h"
 #include "widgets/ElementChoice.h"
 
+#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QInputDialog>
@@ -16,6 +17,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStyle>
 #include <QStyledItemDelegate>
 #include <QTableWidget>
 
@@ -59,6 +61,19 @@ public:
     }
 };
 
+/// Sets a header that is too wide for its column in smaller letters.
+void fitHeader(QTableWidget *table, int column)
+{
+    const QHeaderView *header = table->horizontalHeader();
+    const int margins = 2 * header->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
+    const int room = table->columnWidth(column) - margins;
+    QTableWidgetItem *item = table->horizontalHeaderItem(column);
+    QFont font = header->font();
+    while (font.pointSizeF() > 1.0 && QFontMetrics(font).horizontalAdvance(item->text()) > room)
+        font.setPointSizeF(font.pointSizeF() - 0.5);
+    item->setFont(font);
+}
+
 } // namespace
 
 template <typename Treatment, typename Given>
@@ -87,8 +102,10 @@ template <typename Treatment, typename Given> void TreatmentsWidget<Treatment, G
     table->setColumnCount(static_cast<int>(headers.size()));
     table->setHorizontalHeaderLabels(headers);
     table->setColumnWidth(0, nameWidth);
-    for (int column = 1; column < headers.size(); ++column)
+    for (int column = 1; column < headers.size(); ++column) {
         table->setColumnWidth(column, timeWidth);
+        fitHeader(table, column);
+    }
     table->setItemDelegate(new TimeDelegate(table));
     table->setTabKeyNavigation(false); // Tab leads on to the buttons
     table->setAccessibleName(kind.title);

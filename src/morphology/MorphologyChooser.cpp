@@ -4,6 +4,7 @@
 #include "model/Morphology.h"
 #include "morphology/MorphologyForm.h"
 #include "morphology/MorphologyView.h"
+#include "widgets/ChoiceToolTip.h"
 #include "widgets/ComboBoxNoWheel.h"
 
 #include <QComboBox>
@@ -44,6 +45,7 @@ void MorphologyChooser::createList(Shape shape)
     // A long name in the list does not widen the window.
     comboBox->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     comboBox->setMinimumContentsLength(shape == Shape::Wide ? 12 : 5);
+    showChoiceInToolTip(comboBox);
     connect(comboBox, &QComboBox::currentIndexChanged, this, [this](int row) {
         if (!updatingModel)
             emit rowChosen(row);

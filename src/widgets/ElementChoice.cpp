@@ -1,6 +1,7 @@
 #include "widgets/ElementChoice.h"
 
 #include "db/DB.h"
+#include "widgets/ChoiceToolTip.h"
 
 #include <QComboBox>
 #include <QScopedValueRollback>
@@ -15,7 +16,8 @@ ElementChoice::ElementChoice(QComboBox *shownIn, std::shared_ptr<QSqlQueryModel>
     box->setModel(model.get());
     box->setModelColumn(1);
     box->setCurrentIndex(-1);
-    // The box has heard of each change of the rows before.
+    showChoiceInToolTip(box);
+    // Connected after the box, which has followed each change of the rows when these are called.
     connect(model.get(), &QSqlQueryModel::modelAboutToBeReset, this,
             &ElementChoice::rowsAboutToChange);
     connect(model.get(), &QSqlQueryModel::modelReset, this, &ElementChoice::rowsChanged);

@@ -65,6 +65,7 @@ private slots:
     void keepsNumbersThatItCannotShow();
     void addsTheWildType();
     void addsAWildTypeThatIsMadeOnTheWay();
+    void addsTheStoredWildTypeWhereRowOneIsGone();
     void removesAMorphology();
 
     void shareOneListOfMorphologies();
@@ -85,6 +86,7 @@ private slots:
     void asksForMorphologies();
     void asksForOtherPeriodsAfterEachSetIsFine();
     void asksForThePeriodOnceTheFirstSetsAreFine();
+    void scrollsToTheSetThatItAsksFor();
 
 private:
     int store(const QString &name);
@@ -400,6 +402,7 @@ void ResultWidgetsTest::buildsAMorphologyAsButtonsBesideItsDrawing()
     const ChooserParts chooser = parts(0, 0);
     QVERIFY(qobject_cast<ComboBoxNoWheel *>(chooser.list()));
     QCOMPARE(chooser.list()->minimumContentsLength(), 5);
+    QCOMPARE(chooser.list()->toolTip(), "<p>Wild type</p>");
     QCOMPARE(chooser.view()->minimumHeight(), 100);
     const QDoubleSpinBox *frequency = numberBox(box, "Frequency:");
     QCOMPARE(frequency->minimum(), 0.0);
@@ -501,6 +504,8 @@ void ResultWidgetsTest::keepsNumbersThatItCannotShow()
     open();
     auto *num = sets().first()->findChild<SpinBoxNoWheel *>();
     QCOMPARE(num->value(), 1);
+    for (QWidget *stop : tabStops(results.get(), num))
+        QVERIFY(stop->isVisible());
     QCOMPARE(set->num(), 0);
     QCOMPARE(set->regenPeriod(), 7.125);
     QCOMPARE(set->resultantMorphologies().first()->frequency(), 0.3333);
@@ -530,6 +535,20 @@ void ResultWidgetsTest::addsAWildTypeThatIsMadeOnTheWay()
     const QString name = library->value("SELECT Name FROM Morphology").toString();
     QCOMPARE(parts(0, 0).names(), QStringList(name));
     QCOMPARE(parts(0, 0).chosenName(), name);
+}
+
+void ResultWidgetsTest::addsTheStoredWildTypeWhereRowOneIsGone()
+{
+    QVERIFY(Morphology(1, library->db(), false).erase());
+    open();
+    for (int i = 0; i < 2; ++i)
+        press(results.get(), "Add morph.");
+    QCOMPARE(library->count("Morphology"), 4);
+    QCOMPARE(drawn(), QStringList({"Wild type", "Wild type"}));
+    for (int i = 0; i < 2; ++i) {
+        QCOMPARE(parts(0, i).chosenName(), "Wild type");
+        QCOMPARE(morphologies().at(i)->result()->morphology()->id(), 5);
+    }
 }
 
 void ResultWidgetsTest::removesAMorphology()
@@ -806,6 +825,20 @@ void ResultWidgetsTest::asksForThePeriodOnceTheFirstSetsAreFine()
     QVERIFY(!check(duplicatedPeriod)); // before it comes to the empty set
     typeNumber(numberBox(sets().at(1), "Reg. period (d):"), "8");
     QVERIFY(!check(noMorphology));
+}
+
+void ResultWidgetsTest::scrollsToTheSetThatItAsksFor()
+{
+    for (int period = 1; period <= 5; ++period)
+        addResults(period, {1, 2, 3, 4});
+    open();
+    typeNumber(numberBox(morphologies(3).first(), "Frequency:"), "0.5");
+    results->verticalScrollBar()->setValue(0);
+    results->horizontalScrollBar()->setValue(results->horizontalScrollBar()->maximum());
+    QVERIFY(!check(wrongFrequencies));
+    const QPoint place = sets().at(3)->mapTo(results->viewport(), QPoint());
+    QCOMPARE(place, QPoint(0, 0));
+    QVERIFY(results->verticalScrollBar()->value() < results->verticalScrollBar()->maximum());
 }
 
 QTEST_MAIN(ResultWidgetsTest)

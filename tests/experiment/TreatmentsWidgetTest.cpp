@@ -300,6 +300,9 @@ void TreatmentsWidgetTest::bearsItsTitleAndColumns()
     for (int column = 0; column < table->columnCount(); ++column) {
         shownHeaders += table->horizontalHeaderItem(column)->text();
         widths += table->columnWidth(column);
+        const QTableWidgetItem *header = table->horizontalHeaderItem(column);
+        QVERIFY(QFontMetrics(header->data(Qt::FontRole).isNull() ? table->font() : header->font())
+                    .horizontalAdvance(header->text()) < widths.last());
     }
     QCOMPARE(shownHeaders, headers);
     QCOMPARE(widths, QList<int>({120, 50, 50}).first(headers.size()));

@@ -30,6 +30,7 @@ private slots:
     void letsGoOfAnElementThatIsGone();
     void readsTheRowsAnewForAnotherElement();
     void keepsTheRowsAsLongAsABoxShowsThem();
+    void showsTheWholeNameInItsToolTip();
 
 private:
     std::unique_ptr<TemporaryLibrary> library;
@@ -175,6 +176,18 @@ void ElementChoiceTest::keepsTheRowsAsLongAsABoxShowsThem()
     QCOMPARE(otherBox->count(), 3);
     otherBox.reset();
     QVERIFY(model.expired());
+}
+
+void ElementChoiceTest::showsTheWholeNameInItsToolTip()
+{
+    QCOMPARE(box->toolTip(), "");
+    choice->choose(3);
+    QCOMPARE(box->toolTip(), "<p>gamma</p>");
+    library->run("UPDATE Drug SET Name='<b> of a & b' WHERE Id=3");
+    library->db()->updateModel(model.lock().get());
+    QCOMPARE(box->toolTip(), "<p>&lt;b&gt; of a &amp; b</p>");
+    choice->choose(0);
+    QCOMPARE(box->toolTip(), "");
 }
 
 QTEST_MAIN(ElementChoiceTest)
