@@ -90,6 +90,9 @@ private slots:
     void opensOnAStoredExperiment();
     void opensOnACopyAsOnANewOne();
     void opensOnAnExperimentThatHasLostItsReferences();
+    void mendsAnExperimentThatHasLostItsReferences();
+    void writesNothingWhenItOpens_data();
+    void writesNothingWhenItOpens();
     void laysOutItsParts();
     void namesItsParts();
     void leadsTabFromTheTopToTheButtons();
@@ -97,6 +100,7 @@ private slots:
 
     void takesTheNameWhenItsFieldIsLeft();
     void leadsToTheAddressOfThePublication();
+    void stopsTabAtTheAddressOnlyWhereThereIsOne();
     void escapesTheAddress();
     void takesWhatIsChosen_data() { addMembers(); }
     void takesWhatIsChosen();
@@ -347,6 +351,47 @@ void ExperimentFormTest::opensOnAnExperimentThatHasLostItsReferences()
     library->run("UPDATE Experiment SET Publication=1, Species=1, Manipulation=1");
 }
 
+void ExperimentFormTest::mendsAnExperimentThatHasLostItsReferences()
+{
+    library->run("PRAGMA foreign_keys = off");
+    library->run("UPDATE Experiment SET Publication=99, Species=99, Manipulation=99");
+    library->run("UPDATE ExperimentDrug SET Drug=99 WHERE Id=2");
+    library->run("UPDATE ExperimentRNAi SET RNAi=99 WHERE Id=2");
+    library->run("UPDATE ResultantMorphology SET Morphology=99 WHERE Id=3");
+    openStored();
+    for (const Member &member : members)
+        choose(box(member.role), "other");
+    QTest::mouseClick(formButton(QDialogButtonBox::Ok), Qt::LeftButton);
+    QVERIFY(isAccepted());
+    QCOMPARE(experiment->submit(library->db()), 1);
+    // What it was not told to mend stays as it is.
+    QCOMPARE(library->brokenReferences().size(), 3);
+    QCOMPARE(library->value("SELECT Publication || Species || Manipulation FROM Experiment"),
+             QVariant("222"));
+    library->run("UPDATE ExperimentDrug SET Drug=2 WHERE Id=2");
+    library->run("UPDATE ExperimentRNAi SET RNAi=2 WHERE Id=2");
+    library->run("UPDATE ResultantMorphology SET Morphology=4 WHERE Id=3");
+}
+
+void ExperimentFormTest::writesNothingWhenItOpens_data()
+{
+    QTest::addColumn<int>("id");
+    QTest::newRow("new") << 0;
+    QTest::newRow("stored") << 1;
+}
+
+void ExperimentFormTest::writesNothingWhenItOpens()
+{
+    QFETCH(const int, id);
+    StatementLog log;
+    if (id > 0)
+        openStored();
+    else
+        open(std::make_unique<Experiment>());
+    for (const QString &statement : log.take())
+        QVERIFY2(statement.startsWith("SELECT"), qPrintable(statement));
+}
+
 // --- The parts ---
 
 void ExperimentFormTest::laysOutItsParts()
@@ -466,6 +511,20 @@ void ExperimentFormTest::leadsToTheAddressOfThePublication()
     QCOMPARE(link(), "<a href=\"https://other.example\">Publication</a>:");
     choose(box("Publication"), "paper");
     QCOMPARE(link(), "<a href=\"https://paper.example\">Publication</a>:");
+}
+
+void ExperimentFormTest::stopsTabAtTheAddressOnlyWhereThereIsOne()
+{
+    open(std::make_unique<Experiment>());
+    const auto stopsAtTheLink = [this] {
+        const QList<QWidget *> stops = tabStops(form.get(), nameEdit());
+        return std::any_of(stops.cbegin(), stops.cend(), [](const QWidget *stop) {
+            return qobject_cast<const QLabel *>(stop) != nullptr;
+        });
+    };
+    QVERIFY(!stopsAtTheLink());
+    choose(box("Publication"), "other");
+    QVERIFY(stopsAtTheLink());
 }
 
 void ExperimentFormTest::escapesTheAddress()

@@ -102,7 +102,10 @@ private:
     /// The worms that a set draws.
     [[nodiscard]] QStringList drawn(int set = 0) const;
     [[nodiscard]] static QStringList names(const ResultSet *set);
+    [[nodiscard]] static QWidget *labelled(const QWidget *area, const QString &label);
     [[nodiscard]] static QDoubleSpinBox *numberBox(const QWidget *area, const QString &label);
+    /// Those of @p parts that do not stand below the one before.
+    [[nodiscard]] static QStringList outOfPlace(const QList<const QWidget *> &parts);
     [[nodiscard]] QList<const Morphology *> morphologyObjects() const;
     void pressInMorphology(const QString &text, const QString &answer, int set, int morphology);
     bool check(const std::optional<ModalAnswerer::Box> &refusal);
@@ -209,13 +212,28 @@ QStringList ResultWidgetsTest::names(const ResultSet *set)
     return texts;
 }
 
-QDoubleSpinBox *ResultWidgetsTest::numberBox(const QWidget *area, const QString &label)
+QWidget *ResultWidgetsTest::labelled(const QWidget *area, const QString &label)
 {
     for (const auto *text : area->findChildren<QLabel *>()) {
         if (text->text() == label)
-            return qobject_cast<QDoubleSpinBox *>(text->buddy());
+            return text->buddy();
     }
     qFatal("no label \"%s\"", qUtf8Printable(label));
+}
+
+QDoubleSpinBox *ResultWidgetsTest::numberBox(const QWidget *area, const QString &label)
+{
+    return qobject_cast<QDoubleSpinBox *>(labelled(area, label));
+}
+
+QStringList ResultWidgetsTest::outOfPlace(const QList<const QWidget *> &parts)
+{
+    QStringList misplaced;
+    for (qsizetype i = 1; i < parts.size(); ++i) {
+        if (parts[i]->y() < parts[i - 1]->geometry().bottom())
+            misplaced += QStringLiteral("part %1").arg(i);
+    }
+    return misplaced;
 }
 
 QList<const Morphology *> ResultWidgetsTest::morphologyObjects() const
@@ -379,6 +397,7 @@ void ResultWidgetsTest::buildsASetAsAColumnBesideItsMorphologies()
     QCOMPARE(frame->layout()->contentsMargins(), QMargins());
     QCOMPARE(frame->layout()->spacing(), 5);
     const auto *num = set->findChild<SpinBoxNoWheel *>();
+    QCOMPARE(labelled(set, "Num worms:"), num);
     QCOMPARE(num->minimum(), 1);
     QCOMPARE(num->maximum(), 100000);
     const QDoubleSpinBox *period = numberBox(set, "Reg. period (d):");
@@ -389,8 +408,16 @@ void ResultWidgetsTest::buildsASetAsAColumnBesideItsMorphologies()
          set->findChildren<QPushButton *>(QString(), Qt::FindDirectChildrenOnly))
         texts += inner->text();
     QCOMPARE(texts, QStringList({"Add morph.", "Remove", "Copy", "New"}));
-    QVERIFY(button(set, "Remove")->y() > button(set, "Add morph.")->y());
+    QCOMPARE(outOfPlace({num, period, button(set, "Add morph."), button(set, "Remove"),
+                         button(set, "Copy"), button(set, "New")}),
+             QStringList());
+    const QSpacerItem *gap = row->itemAt(0)->layout()->itemAt(2)->spacerItem();
+    QVERIFY(gap && gap->sizeHint() == QSize(0, 5));
     QVERIFY(morphologies().at(0)->x() < morphologies().at(1)->x());
+    const auto *inFrame = qobject_cast<QBoxLayout *>(frame->layout());
+    QCOMPARE(inFrame->stretch(inFrame->count() - 1), 1);
+    QCOMPARE(results->widget()->layout()->contentsMargins(), QMargins());
+    QCOMPARE(results->widget()->layout()->spacing(), 5);
 }
 
 void ResultWidgetsTest::buildsAMorphologyAsButtonsBesideItsDrawing()
@@ -410,14 +437,11 @@ void ResultWidgetsTest::buildsAMorphologyAsButtonsBesideItsDrawing()
     QCOMPARE(frequency->singleStep(), 0.05);
 
     QVERIFY(chooser.list()->geometry().bottom() < chooser.view()->y());
-    int above = 0;
-    for (const QWidget *part :
-         QList<const QWidget *>{button(box, "Edit"), button(box, "Copy"), button(box, "New"),
-                                frequency, button(box, "Remove")}) {
+    const QList<const QWidget *> column{button(box, "Edit"), button(box, "Copy"),
+                                        button(box, "New"), frequency, button(box, "Remove")};
+    QCOMPARE(outOfPlace(column), QStringList());
+    for (const QWidget *part : column)
         QVERIFY(part->x() > chooser.view()->geometry().right());
-        QVERIFY(part->y() > above);
-        above = part->y();
-    }
 }
 
 void ResultWidgetsTest::leadsTabThroughTheSets()

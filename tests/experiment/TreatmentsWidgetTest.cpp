@@ -315,9 +315,18 @@ void TreatmentsWidgetTest::isAsWideAsItsColumns()
     QCOMPARE(table->minimumSize(), QSize(50, 100));
     QCOMPARE(table->maximumHeight(), 1000);
     QCOMPARE(table->sizePolicy(), QSizePolicy(QSizePolicy::Maximum, QSizePolicy::Expanding));
-    QCOMPARE(table->maximumWidth(), table->horizontalHeader()->length() +
-                                        table->verticalHeader()->width() + 1 +
-                                        table->verticalScrollBar()->sizeHint().width() + 1);
+    const auto needed = [this] {
+        return table->horizontalHeader()->length() + table->verticalHeader()->sizeHint().width() +
+               1 + table->verticalScrollBar()->sizeHint().width() + 1;
+    };
+    const int withOneDigit = table->maximumWidth();
+    QCOMPARE(withOneDigit, needed());
+    while (table->rowCount() < 10)
+        press(widget.get(), "Add");
+    QVERIFY(needed() > withOneDigit);
+    QCOMPARE(table->maximumWidth(), needed());
+    press(widget.get(), "Remove");
+    QCOMPARE(table->maximumWidth(), withOneDigit);
 }
 
 void TreatmentsWidgetTest::hasItsButtonsAtTheRight()
