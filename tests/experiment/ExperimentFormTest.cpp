@@ -162,6 +162,7 @@ private:
     void pressOf(const Member &member, const QString &text, const QString &answer);
     void expectRefusal(const ModalAnswerer::Box &expected, const QWidget *place);
 
+    StatementLog log; // before any connection opens
     std::unique_ptr<TemporaryLibrary> library;
     std::unique_ptr<Experiment> experiment;
     std::unique_ptr<ExperimentForm> form;
@@ -383,12 +384,14 @@ void ExperimentFormTest::writesNothingWhenItOpens_data()
 void ExperimentFormTest::writesNothingWhenItOpens()
 {
     QFETCH(const int, id);
-    StatementLog log;
+    log.take();
     if (id > 0)
         openStored();
     else
         open(std::make_unique<Experiment>());
-    for (const QString &statement : log.take())
+    const QStringList statements = log.take();
+    QVERIFY(!statements.isEmpty());
+    for (const QString &statement : statements)
         QVERIFY2(statement.startsWith("SELECT"), qPrintable(statement));
 }
 
@@ -552,7 +555,7 @@ void ExperimentFormTest::keepsWhatIsChosenAlready()
 {
     openStored();
     const QList<const DBElement *> before = referredTo();
-    StatementLog log;
+    log.take();
     const int row = box()->currentIndex();
     box()->setCurrentIndex(-1);
     QCOMPARE(referredTo(), before);
@@ -787,7 +790,7 @@ void ExperimentFormTest::looksAtTheResultsLast()
 void ExperimentFormTest::letsAStoredExperimentKeepItsName()
 {
     openStored();
-    StatementLog log;
+    log.take();
     QTest::mouseClick(formButton(QDialogButtonBox::Ok), Qt::LeftButton);
     QVERIFY(isAccepted());
     QCOMPARE(log.take(), QStringList()); // it does not even ask

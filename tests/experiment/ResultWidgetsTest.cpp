@@ -110,6 +110,7 @@ private:
     void pressInMorphology(const QString &text, const QString &answer, int set, int morphology);
     bool check(const std::optional<ModalAnswerer::Box> &refusal);
 
+    StatementLog log; // before any connection opens
     std::unique_ptr<TemporaryLibrary> library;
     std::unique_ptr<Experiment> experiment;
     std::unique_ptr<ResultSetsWidget> results;
@@ -615,7 +616,7 @@ void ResultWidgetsTest::keepsTheMorphologyThatIsChosenAlready()
     addResults(7.0, {2});
     open();
     const QList<const Morphology *> before = morphologyObjects();
-    StatementLog log;
+    log.take();
     QTest::keyClick(parts(0, 0).list(), Qt::Key_C);
     parts(0, 0).list()->setCurrentIndex(-1);
     parts(0, 0).list()->setCurrentIndex(0);

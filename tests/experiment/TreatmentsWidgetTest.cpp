@@ -118,6 +118,7 @@ private:
     /// What the table shows in each row, against the treatment with the same start time.
     [[nodiscard]] QStringList mixedRows() const;
 
+    StatementLog log; // before any connection opens
     std::unique_ptr<TemporaryLibrary> library;
     std::unique_ptr<Experiment> experiment;
     std::unique_ptr<QGroupBox> widget;
@@ -446,7 +447,7 @@ void TreatmentsWidgetTest::keepsWhatIsChosenAlready()
     treatWith({1, 2});
     open();
     const QList<const DBElement *> before = givenObjects();
-    StatementLog log;
+    log.take();
     QTest::keyClick(box(0), Qt::Key_B); // to the first name with this letter
     box(1)->setCurrentIndex(-1);
     box(1)->setCurrentIndex(0);
