@@ -61,17 +61,25 @@ public:
     }
 };
 
-/// Sets a header that is too wide for its column in smaller letters.
-void fitHeader(QTableWidget *table, int column)
+/// Sets the headers of the times in letters that are small enough for their columns. They start at
+/// the left: the arrow of a sorted column covers the unit then, and not the word.
+void fitTimeHeaders(QTableWidget *table)
 {
     const QHeaderView *header = table->horizontalHeader();
     const int margins = 2 * header->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
-    const int room = table->columnWidth(column) - margins;
-    QTableWidgetItem *item = table->horizontalHeaderItem(column);
     QFont font = header->font();
-    while (font.pointSizeF() > 1.0 && QFontMetrics(font).horizontalAdvance(item->text()) > room)
-        font.setPointSizeF(font.pointSizeF() - 0.5);
-    item->setFont(font);
+    const auto isTooWide = [&](int column) {
+        const QString text = table->horizontalHeaderItem(column)->text();
+        return QFontMetrics(font).horizontalAdvance(text) > timeWidth - margins;
+    };
+    for (int column = 1; column < table->columnCount(); ++column) {
+        while (font.pointSizeF() > 1.0 && isTooWide(column))
+            font.setPointSizeF(font.pointSizeF() - 0.5);
+    }
+    for (int column = 1; column < table->columnCount(); ++column) {
+        table->horizontalHeaderItem(column)->setFont(font);
+        table->horizontalHeaderItem(column)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    }
 }
 
 } // namespace
@@ -102,10 +110,9 @@ template <typename Treatment, typename Given> void TreatmentsWidget<Treatment, G
     table->setColumnCount(static_cast<int>(headers.size()));
     table->setHorizontalHeaderLabels(headers);
     table->setColumnWidth(0, nameWidth);
-    for (int column = 1; column < headers.size(); ++column) {
+    for (int column = 1; column < headers.size(); ++column)
         table->setColumnWidth(column, timeWidth);
-        fitHeader(table, column);
-    }
+    fitTimeHeaders(table);
     table->setItemDelegate(new TimeDelegate(table));
     table->setTabKeyNavigation(false); // Tab leads on to the buttons
     table->setAccessibleName(kind.title);
