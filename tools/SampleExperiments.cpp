@@ -161,7 +161,7 @@ Records doubledHeads()
     };
 }
 
-/// Grafts, rays, and the loss of the brain.
+/// Grafts and rays.
 Records inductions()
 {
     return {
@@ -181,15 +181,6 @@ Records inductions()
          {},
          {},
          {{10, 10.0, {{"Headless fragment", 1.0}}}, {10, 40.0, {{"Wild type", 1.0}}}}},
-        {"No eyes without the brain",
-         {"Le rôle inducteur du cerveau dans la régénération des yeux d'une planaire d'eau douce "
-          "(T. Lender, Bulletin biologique de la France et de la Belgique 86)",
-          1952},
-         "Polycelis nigra",
-         headAmputation,
-         {},
-         {},
-         {{10, 20.0, {{"Eyeless", 1.0}}}}},
     };
 }
 
