@@ -305,7 +305,7 @@ QString TreatmentsWidget<Treatment, Given>::askForName(const QString &title, con
 {
     while (true) {
         bool ok = false;
-        const QString name =
+        QString name =
             QInputDialog::getText(this, title, kind.nameLabel, QLineEdit::Normal, start, &ok);
         if (!ok || name.isEmpty())
             return {};
