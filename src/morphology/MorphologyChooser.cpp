@@ -12,11 +12,12 @@
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace Planaria {
 
-MorphologyChooser::MorphologyChooser(const QString &purpose, DB *database, QWidget *parent,
-                                     Shape shape)
-    : QWidget(parent), role(purpose), db(database)
+MorphologyChooser::MorphologyChooser(QString purpose, DB *database, QWidget *parent, Shape shape)
+    : QWidget(parent), role(std::move(purpose)), db(database)
 {
     createList(shape);
     createButtons();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QWidget>
 
 #include <memory>
@@ -31,8 +32,7 @@ public:
     };
 
     /// @param purpose what the morphology is for, in words that tell it from others in the form
-    MorphologyChooser(const QString &purpose, DB *database, QWidget *parent,
-                      Shape shape = Shape::Wide);
+    MorphologyChooser(QString purpose, DB *database, QWidget *parent, Shape shape = Shape::Wide);
     ~MorphologyChooser() override;
 
     /// Adds @p widget to the buttons of the compact shape, at the bottom.
