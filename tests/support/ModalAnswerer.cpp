@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QProgressDialog>
 #include <QPushButton>
 
 #include <chrono>
@@ -63,6 +64,8 @@ void ModalAnswerer::answerActive()
     auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
     if (dialog == nullptr || !dialog->isVisible())
         return;
+    if (qobject_cast<QProgressDialog *>(dialog) != nullptr)
+        return; // shows itself on a busy machine, and goes without an answer
     if (!answers.isEmpty()) {
         const auto answer = answers.dequeue();
         answer(dialog);
