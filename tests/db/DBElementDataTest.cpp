@@ -176,6 +176,7 @@ private slots:
     void writesAWormInItsOrder();
     void writesReferencesAgainEachTime();
     void joinsAnOuterTransaction();
+    void writesNothingWhereItStandsForARow();
     void becomesNewInASecondFileWithChildrenAndReferences();
     void aWormBecomesNewInASecondFileAndTakesItsPicturesAlong();
 
@@ -693,6 +694,32 @@ void DBElementDataTest::joinsAnOuterTransaction()
     QVERIFY(db()->rollbackTransaction());
     QCOMPARE(content(*library), before);
     QVERIFY(tree.experiment.id() > 0);
+}
+
+void DBElementDataTest::writesNothingWhereItStandsForARow()
+{
+    openSecondFile();
+    ExperimentTree tree;
+    QCOMPARE(tree.experiment.submit(db()), 1);
+    const QStringList before = content(*library);
+    ExperimentTree other;
+    other.experiment.values["Name"] = "another";
+    other.experiment.data.referTo(1, db());
+    statements.take();
+
+    QCOMPARE(other.experiment.submit(db()), 1);
+    QVERIFY(other.experiment.submit(second->db()) < 1);
+    QCOMPARE(takeSteps(), QStringList());
+    QCOMPARE(content(*library), before);
+    QCOMPARE(other.experiment.data.loadValue(1), QVariant("an experiment"));
+    other.experiment.data.loadFinished();
+
+    // A copy of the same row stands for it too, and takes up an element that was written so far.
+    const DBElementData::Values values{{"Name", "x"}};
+    QCOMPARE(DBElementData(other.experiment.data, true).submit(db(), values), 1);
+    tree.experiment.data = other.experiment.data;
+    QCOMPARE(tree.experiment.submit(db()), 1);
+    QCOMPARE(content(*library), before);
 }
 
 void DBElementDataTest::becomesNewInASecondFileWithChildrenAndReferences()
