@@ -124,6 +124,7 @@ private:
     void connectDB(bool quiet);
     void openDB(const QString &name);
     void tellConnectFailure(int result, const QString &name);
+    void tellLocked(const QString &name);
     /// Asks for a file; empty when the user cancels.
     /// @param open an existing one, else one to be written
     QString getDBFileName(const QString &caption, bool open);

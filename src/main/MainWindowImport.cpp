@@ -22,6 +22,14 @@ bool isLocked(DB *db)
 
 } // namespace
 
+void MainWindow::tellLocked(const QString &name)
+{
+    refuse(tr("Database is locked"),
+           QStringLiteral("Another program is using the database file (%1). Please, try again "
+                          "later.")
+               .arg(name));
+}
+
 void MainWindow::importDB()
 {
     const QString name = getDBFileName(QStringLiteral("Open database to import"), true);
@@ -33,11 +41,13 @@ void MainWindow::importDB()
         tellConnectFailure(result, name);
         return;
     }
-    if (isLocked(source.get())) { // everything in it would seem to be missing
-        refuse(tr("Cannot open database"),
-               QStringLiteral("Another program is using the database file (%1). Please, try again "
-                              "later.")
-                   .arg(name));
+    // Everything in a file that cannot be read would seem to be missing.
+    if (isLocked(source.get())) {
+        tellLocked(name);
+        return;
+    }
+    if (isLocked(db.get())) {
+        tellLocked(fileName);
         return;
     }
     if (!checkDBVersion(source.get(), false))

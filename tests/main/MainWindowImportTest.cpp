@@ -18,7 +18,7 @@ private slots:
 
     void opensTheImporterOverTheWindow();
     void importsTheChosenFile();
-    void showsWhatIsNewWithoutALook();
+    void countsWhatIsNewInTheTabInFront();
     void importsOneFileAfterAnother();
     void changesNothingOnCancel_data();
     void changesNothingOnCancel();
@@ -26,7 +26,8 @@ private slots:
 
     void tellsThatTheFileIsMissing();
     void tellsThatTheFileCannotBeOpened();
-    void tellsThatTheFileIsLocked();
+    void tellsThatAFileIsLocked_data();
+    void tellsThatAFileIsLocked();
     void readsAFileThatAnotherProgramReads();
 
     void asksAboutOtherVersions_data();
@@ -123,7 +124,7 @@ void MainWindowImportTest::importsTheChosenFile()
     QCOMPARE(open.library.brokenReferences(), QStringList());
 }
 
-void MainWindowImportTest::showsWhatIsNewWithoutALook()
+void MainWindowImportTest::countsWhatIsNewInTheTabInFront()
 {
     OpenLibrary open;
     open.run.tabs()->setCurrentIndex(5);
@@ -214,19 +215,32 @@ void MainWindowImportTest::tellsThatTheFileCannotBeOpened()
     QCOMPARE(open.run.frame(), drugFrame("1 drug in the database"));
 }
 
-void MainWindowImportTest::tellsThatTheFileIsLocked()
+void MainWindowImportTest::tellsThatAFileIsLocked_data()
 {
+    QTest::addColumn<bool>("other");
+    QTest::newRow("the one to import") << true;
+    QTest::newRow("the open one") << false;
+}
+
+void MainWindowImportTest::tellsThatAFileIsLocked()
+{
+    QFETCH(const bool, other);
     OpenLibrary open;
-    open.other.run("BEGIN EXCLUSIVE");
+    TemporaryLibrary &locked = other ? open.other : open.library;
+    locked.run("BEGIN EXCLUSIVE");
     open.run.importFile(
         open.other.fileName(),
-        {{refusal("Cannot open database",
+        {{refusal("Database is locked",
                   QStringLiteral("Another program is using the database file (%1). Please, try "
                                  "again later.")
-                      .arg(open.other.fileName())),
+                      .arg(locked.fileName())),
           QMessageBox::Cancel}});
+    locked.run("ROLLBACK");
     QCOMPARE(open.run.problems(), QString());
     QCOMPARE(open.run.frame(), drugFrame("1 drug in the database"));
+
+    open.run.importFile(open.other.fileName(), {}, pressOk);
+    QCOMPARE(open.run.frame(), drugFrame("3 drugs in the database"));
 }
 
 void MainWindowImportTest::readsAFileThatAnotherProgramReads()
