@@ -262,7 +262,9 @@ void LibraryImporterForm::tellFailure(LibraryImporter::Outcome outcome)
                  .arg(file));
     else if (outcome == LibraryImporter::Outcome::Failed && element.isEmpty())
         tell(QStringLiteral("Import error"),
-             QStringLiteral("Unable to write the database file (%1). Nothing was imported.")
+             QStringLiteral("Unable to import into the database file (%1): it cannot be written, "
+                            "or one of the files has changed since they were compared. Nothing "
+                            "was imported. Please, close the dialog and try again.")
                  .arg(file));
     else if (outcome == LibraryImporter::Outcome::Failed)
         tell(QStringLiteral("Import error"),

@@ -175,6 +175,8 @@ private slots:
 
     // Failures
     void tellsThatTheDestinationIsLocked();
+    void refusesFilesThatHaveChangedSince_data();
+    void refusesFilesThatHaveChangedSince();
     void tellsThatTheDestinationCannotBeWritten_data();
     void tellsThatTheDestinationCannotBeWritten();
 
@@ -970,6 +972,39 @@ void LibraryImporterFormTest::tellsThatTheDestinationIsLocked()
     QVERIFY(names(destination.get(), "Drug").contains("new drug B"));
 }
 
+static const QString unknownFailure =
+    "Unable to import into the database file (library.edb): it cannot be written, or one of the "
+    "files has changed since they were compared. Nothing was imported. Please, close the dialog "
+    "and try again.";
+
+void LibraryImporterFormTest::refusesFilesThatHaveChangedSince_data()
+{
+    QTest::addColumn<bool>("ofSource");
+    QTest::newRow("source") << true;
+    QTest::newRow("destination") << false;
+}
+
+void LibraryImporterFormTest::refusesFilesThatHaveChangedSince()
+{
+    QFETCH(const bool, ofSource);
+    OpenImporter open(source.get(), destination.get());
+    open.compare();
+    DB other;
+    const TemporaryLibrary &changed = ofSource ? *source : *destination;
+    QCOMPARE(other.connect(changed.fileName(), false), int(DB::Opened));
+    QVERIFY(other.newQuery()->exec("UPDATE Drug SET Name='another' WHERE Id=1"));
+    const QStringList before = content(destination.get());
+
+    ModalAnswerer answerer;
+    answerer.expectBox({"Import error", unknownFailure, QMessageBox::Cancel, QMessageBox::Cancel,
+                        QMessageBox::Critical},
+                       QMessageBox::Cancel);
+    open.parts.press(QDialogButtonBox::Ok);
+    QCOMPARE(answerer.problems(), QStringList());
+    QVERIFY(open.form.isVisible());
+    QCOMPARE(content(destination.get()), before);
+}
+
 void LibraryImporterFormTest::tellsThatTheDestinationCannotBeWritten_data()
 {
     QTest::addColumn<QStringList>("obstacle");
@@ -984,7 +1019,7 @@ void LibraryImporterFormTest::tellsThatTheDestinationCannotBeWritten_data()
                         "DEFERRED)",
                         "CREATE TRIGGER obstacle AFTER INSERT ON Drug BEGIN INSERT INTO Later "
                         "VALUES(-1); END"})
-        << "Unable to write the database file (library.edb). Nothing was imported.";
+        << unknownFailure;
 }
 
 void LibraryImporterFormTest::tellsThatTheDestinationCannotBeWritten()
