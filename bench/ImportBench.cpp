@@ -116,7 +116,7 @@ void mergeLibraries(benchmark::State &state, Destination destination)
     BenchLibrary &source = sourceOf(static_cast<int>(state.range(0)));
     const QString copy = source.fileName() + QStringLiteral(".copy");
     double longest = 0.0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         DB db;
         openCopy(&db, source.fileName(), copy, destination);
@@ -138,7 +138,7 @@ void deleteTheRest(benchmark::State &state)
     BenchLibrary &source = sourceOf(1);
     const QString copy = full.fileName() + QStringLiteral(".copy");
     double longest = 0.0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         DB db;
         openCopy(&db, full.fileName(), copy, Others);
@@ -157,26 +157,22 @@ void deleteTheRest(benchmark::State &state)
     state.counters["longest wait, ms"] = longest;
 }
 
-template <typename Bench> void sized(Bench *bench)
+void sized(benchmark::internal::Benchmark *bench)
 {
     bench->Arg(500)->Arg(2000)->Unit(benchmark::kMillisecond);
 }
 
-void registerAll()
-{
-    sized(benchmark::RegisterBenchmark("compare/others", compareLibraries, Others));
-    sized(benchmark::RegisterBenchmark("compare/versions", compareLibraries, Versions));
-    sized(benchmark::RegisterBenchmark("merge/others", mergeLibraries, Others));
-    sized(benchmark::RegisterBenchmark("merge/versions", mergeLibraries, Versions));
-    sized(benchmark::RegisterBenchmark("delete", deleteTheRest));
-}
+BENCHMARK_CAPTURE(compareLibraries, others, Others)->Apply(sized);
+BENCHMARK_CAPTURE(compareLibraries, versions, Versions)->Apply(sized);
+BENCHMARK_CAPTURE(mergeLibraries, others, Others)->Apply(sized);
+BENCHMARK_CAPTURE(mergeLibraries, versions, Versions)->Apply(sized);
+BENCHMARK(deleteTheRest)->Apply(sized);
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv); // the database drivers are plugins
-    registerAll();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     libraries.clear(); // while there are database drivers

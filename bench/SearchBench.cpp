@@ -89,7 +89,7 @@ void deleteExperiment(DB *db, int id)
 void deleteExperiments(benchmark::State &state)
 {
     const QString copy = library().fileName() + QStringLiteral(".copy");
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         QFile::remove(copy);
         QFile::copy(library().fileName(), copy);

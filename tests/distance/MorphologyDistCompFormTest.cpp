@@ -491,7 +491,7 @@ void MorphologyDistCompFormTest::abortsBetweenTwoComparisons()
     const ProgressWatcher progress;
     int atAbort = -1;
     ModalAnswerer answerer;
-    answerer.expectDialog([&](QDialog *dialog) {
+    answerer.expectProgress([&](QDialog *dialog) {
         atAbort = progress.values.last();
         dialog->findChild<QPushButton *>()->click();
     });

@@ -407,7 +407,7 @@ void MorphologyDistSearchFormTest::abortsBetweenTwoComparisons()
     const ProgressWatcher progress;
     int atAbort = -1;
     ModalAnswerer answerer;
-    answerer.expectDialog([&](QDialog *dialog) {
+    answerer.expectProgress([&](QDialog *dialog) {
         atAbort = progress.values.last();
         dialog->findChild<QPushButton *>()->click();
     });
@@ -433,7 +433,7 @@ void MorphologyDistSearchFormTest::takesNoOtherCommandWhileItSearches()
     const QSignalSpy clicked(open.searchButton(), &QPushButton::clicked);
     const ProgressWatcher progress;
     ModalAnswerer answerer;
-    answerer.expectDialog([&click](QDialog *dialog) {
+    answerer.expectProgress([&click](QDialog *dialog) {
         click();
         dialog->findChild<QPushButton *>()->click();
     });

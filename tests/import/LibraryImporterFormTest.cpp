@@ -653,7 +653,7 @@ void LibraryImporterFormTest::endsALongComparisonByTheButton()
     const ProgressWatcher progress;
     ModalAnswerer answerer;
     int atAbort = -1;
-    answerer.expectDialog([&](QDialog *dialog) {
+    answerer.expectProgress([&](QDialog *dialog) {
         atAbort = progress.values.last();
         QTest::mouseClick(dialog->findChild<QPushButton *>(), Qt::LeftButton);
     });
@@ -930,7 +930,7 @@ void LibraryImporterFormTest::endsALongImportByTheButton()
     const ProgressWatcher progress;
     ModalAnswerer answerer;
     int atAbort = -1;
-    answerer.expectDialog([&](QDialog *dialog) {
+    answerer.expectProgress([&](QDialog *dialog) {
         atAbort = progress.values.last();
         QTest::mouseClick(dialog->findChild<QPushButton *>(), Qt::LeftButton);
     });

@@ -47,14 +47,19 @@ void ModalAnswerer::expectBox(const Box &box, QMessageBox::StandardButton answer
 
 void ModalAnswerer::expectDialog(const std::function<void(QDialog *)> &answer)
 {
-    answers.enqueue(answer);
+    plans.enqueue({answer});
+}
+
+void ModalAnswerer::expectProgress(const std::function<void(QDialog *)> &answer)
+{
+    plans.enqueue({answer, true});
 }
 
 QStringList ModalAnswerer::problems() const
 {
     QStringList all = found;
-    if (!answers.isEmpty())
-        all += QStringLiteral("%1 planned dialogs did not show").arg(answers.size());
+    if (!plans.isEmpty())
+        all += QStringLiteral("%1 planned dialogs did not show").arg(plans.size());
     return all;
 }
 
@@ -64,11 +69,12 @@ void ModalAnswerer::answerActive()
     auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
     if (dialog == nullptr || !dialog->isVisible())
         return;
-    if (qobject_cast<QProgressDialog *>(dialog) != nullptr)
-        return; // shows itself on a busy machine, and goes without an answer
-    if (!answers.isEmpty()) {
-        const auto answer = answers.dequeue();
-        answer(dialog);
+    const bool isProgress = qobject_cast<QProgressDialog *>(dialog) != nullptr;
+    if (isProgress && (plans.isEmpty() || !plans.head().isProgress))
+        return;
+    if (!plans.isEmpty()) {
+        const Plan plan = plans.dequeue();
+        plan.answer(dialog);
         return;
     }
     found += QStringLiteral("not planned: the dialog \"%1\"").arg(dialog->windowTitle());

@@ -17,7 +17,8 @@ namespace Planaria {
 /// check `QCOMPARE(answerer.problems(), QStringList())`.
 ///
 /// A box that differs from its plan is a problem, but is answered all the same; a dialog that was
-/// not planned is one too, and is rejected.
+/// not planned is one too, and is rejected. Progress dialogs that nobody planned are left alone: a
+/// busy machine shows more of them.
 class ModalAnswerer final
 {
 public:
@@ -36,16 +37,24 @@ public:
 
     /// @param answer must close the dialog, at once or by what it starts
     void expectDialog(const std::function<void(QDialog *)> &answer);
+    /// The same for a progress dialog, which must stay long enough to be met.
+    void expectProgress(const std::function<void(QDialog *)> &answer);
 
     /// What went otherwise than planned, the plans that no dialog has met among it.
     [[nodiscard]] QStringList problems() const;
 
 private:
+    struct Plan
+    {
+        std::function<void(QDialog *)> answer;
+        bool isProgress = false;
+    };
+
     void answerActive();
     void answerBox(QDialog *dialog, const Box &expected, QMessageBox::StandardButton answer);
 
     QTimer timer;
-    QQueue<std::function<void(QDialog *)>> answers;
+    QQueue<Plan> plans;
     QStringList found;
 };
 
