@@ -1,5 +1,6 @@
 #include "distance/OpenPaths.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Planaria {

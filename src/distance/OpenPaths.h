@@ -2,7 +2,6 @@
 
 #include "distance/SortedPaths.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -53,10 +52,12 @@ private:
         int next;
     };
 
-    /// Grows with the cost, though not with each step.
+    /// Grows with the cost, though not with each step. Endless costs lie in the last range, even
+    /// where all others lie in the first and the product is no number.
     [[nodiscard]] int rangeOf(double cost) const
     {
-        return static_cast<int>(std::min(cost * rangesPerCost, rangeCount - 1.0));
+        const double range = cost * rangesPerCost;
+        return range < rangeCount - 1 ? static_cast<int>(range) : rangeCount - 1;
     }
     void put(int range, const OpenPath &path);
     void sort(int range, SortedPaths *into);

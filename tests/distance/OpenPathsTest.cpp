@@ -104,14 +104,20 @@ void OpenPathsTest::keepsItsOrderUnderRandomUse_data()
     QTest::addColumn<int>("costs");    // how many different ones
     QTest::addColumn<int>("capacity"); // from which on the last make way
     QTest::addColumn<double>("highCost");
-    QTest::newRow("few costs") << 5 << 5000 << 5.0;
-    QTest::newRow("many costs") << 1000000 << 5000 << 1e6;
-    QTest::newRow("small") << 100 << 3 << 100.0;
-    QTest::newRow("nearly full blocks") << 1000 << 300 << 1000.0;
-    QTest::newRow("costs that are mostly higher") << 1000 << 1000 << 100.0;
-    QTest::newRow("costs all but the same") << 1000 << 1000 << 1e12;
-    QTest::newRow("no costs expected") << 1000 << 1000 << 0.0;
-    QTest::newRow("endless costs expected") << 1000 << 1000 << infinite;
+    QTest::addColumn<int>("endlessOfTen"); // how many paths of ten cost endlessly much
+    QTest::newRow("few costs") << 5 << 5000 << 5.0 << 0;
+    QTest::newRow("many costs") << 1000000 << 5000 << 1e6 << 0;
+    QTest::newRow("small") << 100 << 3 << 100.0 << 0;
+    QTest::newRow("nearly full blocks") << 1000 << 300 << 1000.0 << 0;
+    QTest::newRow("costs that are mostly higher") << 1000 << 1000 << 100.0 << 0;
+    QTest::newRow("costs all but the same") << 1000 << 1000 << 1e12 << 0;
+    QTest::newRow("no costs expected") << 1000 << 1000 << 0.0 << 0;
+    QTest::newRow("endless costs expected") << 1000 << 1000 << infinite << 0;
+    QTest::newRow("some endless costs") << 1000 << 1000 << 1000.0 << 3;
+    QTest::newRow("some endless costs, none expected") << 1000 << 1000 << 0.0 << 3;
+    QTest::newRow("some endless costs, as expected") << 1000 << 1000 << infinite << 3;
+    QTest::newRow("mostly endless costs, none expected") << 1000 << 300 << 0.0 << 9;
+    QTest::newRow("mostly endless costs, as expected") << 1000 << 300 << infinite << 9;
 }
 
 void OpenPathsTest::keepsItsOrderUnderRandomUse()
@@ -119,6 +125,7 @@ void OpenPathsTest::keepsItsOrderUnderRandomUse()
     QFETCH(const int, costs);
     QFETCH(const int, capacity);
     QFETCH(const double, highCost);
+    QFETCH(const int, endlessOfTen);
 
     for (quint32 seed = 1; seed <= 20; ++seed) {
         QRandomGenerator random(seed);
@@ -127,8 +134,9 @@ void OpenPathsTest::keepsItsOrderUnderRandomUse()
         PlainOpenPaths plain;
         for (int step = 0; step < 5000; ++step) {
             // They rise, as in a search, by half of their extent.
-            const double cost =
+            const double finite =
                 static_cast<double>(random.bounded(costs) / 2 + qint64(costs) * step / 10000);
+            const double cost = random.bounded(10) < endlessOfTen ? infinite : finite;
             open.insert({cost, step, 0});
             plain.insert({cost, step, 0});
             const bool takesFirst = random.bounded(4) == 0;
