@@ -18,8 +18,10 @@ namespace Planaria {
 /// kept: beyond that the dearest are given up, the oldest of equal ones first, and the result may
 /// not be the cheapest. Nor need it be for lists that only damaged files have:
 ///   - Those that are too long are paired as they stand.
-///   - Searches among very many paths of almost equal cost end after fifty million steps, counted
-///     over all searches of this object, with the best complete path met until then.
+///   - Searches among very many paths of almost equal cost end after tens of millions of steps with
+///     the best complete path met until then. What they take, later searches of this object may not
+///     take too; but each may take more than ordinary lists need, until all together have taken
+///     some hundred millions.
 ///
 /// What paths cost comes from an object with these members:
 ///   double ofPath(double cost, int first, int second, double most)
@@ -62,7 +64,7 @@ public:
         if (!isSmall)
             guess(costs);
         counted = isSmall ? infinity : fewCompletions;
-        return walk(costs) ? best : search(mostOpenPaths, &searchSteps, costs);
+        return walk(costs) ? best : searchWithinShare(costs);
     }
 
 private:
@@ -261,6 +263,17 @@ private:
         best = search(fewOpenPaths, &stepsLeft, costs);
     }
 
+    /// The search itself, with its share of the steps that all searches may take.
+    template <typename Costs> double searchWithinShare(Costs *costs)
+    {
+        const std::int64_t share = std::max(ordinarySteps, searchSteps / 8);
+        std::int64_t stepsLeft = std::min(share, searchSteps);
+        const std::int64_t before = stepsLeft;
+        const double cost = search(mostOpenPaths, &stepsLeft, costs);
+        searchSteps -= before - stepsLeft;
+        return cost;
+    }
+
     /// @param limit how many open paths are kept; more than the extensions of one
     /// @return the best cost known before where it takes too many steps
     template <typename Costs>
@@ -338,11 +351,13 @@ private:
     std::vector<Extension> extensions; // of the present path
     double dearestExtension = 0.0;
 
-    // What is left of them. Of the second kind there are several times as many as one may wait for
-    // if each path were a list of its own; only lists of ten elements and more that are almost
-    // equal, as damaged files may have them, take all.
+    /// Four times what lists of twenty elements need, which take a million.
+    static constexpr std::int64_t ordinarySteps = 1 << 22;
+
+    // What is left of them. Only lists of ten elements and more of which very many assignments cost
+    // the same, as damaged files may have them, take a whole share; two dozen such take all.
     std::int64_t walkSteps = 1 << 26;
-    std::int64_t searchSteps = 50'000'000;
+    std::int64_t searchSteps = 1 << 28;
 };
 
 } // namespace Planaria

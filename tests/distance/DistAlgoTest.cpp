@@ -28,13 +28,17 @@ constexpr double infinite = std::numeric_limits<double>::infinity();
     QVERIFY2(std::abs((actual) - (expected)) <= 1e-9,                                              \
              qPrintable(QStringLiteral("%1 instead of %2").arg(actual, 0, 'g', 17).arg(expected)))
 
+void addOrgans(Region *region, const QList<QJsonObject> &organs)
+{
+    for (const QJsonObject &organ : organs)
+        addOrgan(region, organ);
+}
+
 /// A worm of one trunk, with organs on it.
 std::unique_ptr<Morphology> trunk(const QList<QJsonObject> &organs = {})
 {
     auto worm = std::make_unique<Morphology>();
-    Region *region = worm->addRegion(trunkType());
-    for (const QJsonObject &organ : organs)
-        addOrgan(region, organ);
+    addOrgans(worm->addRegion(trunkType()), organs);
     return worm;
 }
 
@@ -51,6 +55,16 @@ QJsonObject spot(int type, const QPointF &pos, double rot)
 QJsonObject line(int type, const QPointF &pos, const QPointF &end1, const QPointF &end2)
 {
     return {{"type", type}, {"pos", json(pos)}, {"end1", json(end1)}, {"end2", json(end2)}};
+}
+
+/// A head and a trunk without link, with organs on them.
+std::unique_ptr<Morphology> headAndTrunkWith(const QList<QJsonObject> &ofHead,
+                                             const QList<QJsonObject> &ofTrunk)
+{
+    auto worm = std::make_unique<Morphology>();
+    addOrgans(worm->addRegion(headType()), ofHead);
+    addOrgans(worm->addRegion(trunkType()), ofTrunk);
+    return worm;
 }
 
 struct Link
@@ -80,6 +94,26 @@ std::unique_ptr<Morphology> heads(const QList<double> &params)
     for (const double param : params)
         worm->addRegion(headType())->setParam(0, param);
     return worm;
+}
+
+/// Eyes that differ, by whole turns, though not in what they cost.
+QList<QJsonObject> turnedEyes(int count)
+{
+    QList<QJsonObject> eyes;
+    for (int turns = 0; turns < count; ++turns)
+        eyes.append(spot(1, {}, turns * 2.0 * pi));
+    return eyes;
+}
+
+/// Spots of all types here and there; all numbers follow from @p seed.
+QList<QJsonObject> scattered(int count, double seed)
+{
+    QList<QJsonObject> spots;
+    for (int i = 1; i <= count; ++i) {
+        const QPointF pos(std::fmod(i * i * seed, 101.0), std::fmod(i * i * i * seed, 97.0));
+        spots.append(spot(1 + i % 3, pos, i * seed));
+    }
+    return spots;
 }
 
 /// A head in the middle of others, each with an eye; all numbers follow from @p seed.
@@ -131,6 +165,7 @@ private slots:
     void givesTheSameCostWhicheverOfEqualAssignmentsIsTaken();
     void endsAtOnceAmongCountlessEqualAssignments();
     void endsAtOnceAmongNearlyEqualElements();
+    void searchesOrdinaryOrgansBesideCountlessEqualAssignments();
     void neverFallsBelowZeroAfterManyTurns();
     void comparesWormsOfThousandsOfRegions();
     void endsWithMoreRegionsThanItCanFollow();
@@ -433,6 +468,19 @@ void DistAlgoTest::endsAtOnceAmongNearlyEqualElements()
     }
     QCOMPARE(dist(other, loose), 1000.0);
     QCOMPARE(dist(loose, other), 1000.0);
+}
+
+void DistAlgoTest::searchesOrdinaryOrgansBesideCountlessEqualAssignments()
+{
+    // Among the eyes a search ends before its time.
+    const QList<QJsonObject> eyes = turnedEyes(13);
+    const QList<QJsonObject> brainBehindEyes = turnedEyes(12) << spot(2, {}, 0.0);
+    // Here many paths are given up, and the cost is not the one known before the search.
+    const QList<QJsonObject> organs = scattered(11, 10.31);
+    const QList<QJsonObject> others = scattered(11, 14.93);
+
+    COMPARE_DIST(dist(*headAndTrunkWith(brainBehindEyes, organs), *headAndTrunkWith(eyes, others)),
+                 20.0 + dist(*trunk(organs), *trunk(others)));
 }
 
 void DistAlgoTest::neverFallsBelowZeroAfterManyTurns()
