@@ -24,7 +24,12 @@ namespace {
 using namespace DistAlgo::Costs;
 using std::numbers::pi;
 
-constexpr int mostOpenPaths = 5000;
+/// What is told to all searches of a distance, and of them.
+struct Limits
+{
+    int mostOpenPaths;
+    int givenUp = 0;
+};
 
 /// Pairs of elements of two lists; null stands for the partner that an element does not have.
 template <typename T> struct Path
@@ -36,7 +41,7 @@ template <typename T> struct Path
 
 /// The whole search; @p stepCost tells what a pair adds to the cost of a path.
 template <typename T, typename StepCost>
-double cheapest(const QList<T *> &a, const QList<T *> &b, const StepCost &stepCost, int *givenUp)
+double cheapest(const QList<T *> &a, const QList<T *> &b, const StepCost &stepCost, Limits *limits)
 {
     QMultiMap<double, Path<T> *> open;
     const auto extend = [&](const Path<T> &path, T *first, T *second) {
@@ -61,7 +66,7 @@ double cheapest(const QList<T *> &a, const QList<T *> &b, const StepCost &stepCo
         if (next)
             extend(*path, next, nullptr);
 
-        for (; open.size() > mostOpenPaths; ++*givenUp) {
+        for (; open.size() > limits->mostOpenPaths; ++limits->givenUp) {
             delete open.last();
             open.erase(std::prev(open.end()));
         }
@@ -107,14 +112,14 @@ double organStep(const Organ *a, const Organ *b)
     return cost;
 }
 
-double organsCost(const Region *a, const Region *b, int *givenUp)
+double organsCost(const Region *a, const Region *b, Limits *limits)
 {
     return cheapest<Organ>(
         a->organs(), b->organs(),
         [](const Path<Organ> &, const Organ *first, const Organ *second) {
             return organStep(first, second);
         },
-        givenUp);
+        limits);
 }
 
 double paramsCost(const Region *a, const Region *b)
@@ -179,28 +184,28 @@ double loneCost(const Region *region, const QList<Region *> &placed)
     return withLostLinks(cost, region, region->links(), placed);
 }
 
-double regionStep(const Path<Region> &path, const Region *a, const Region *b, int *givenUp)
+double regionStep(const Path<Region> &path, const Region *a, const Region *b, Limits *limits)
 {
     if (!a)
         return loneCost(b, path.second);
     if (!b)
         return loneCost(a, path.first);
     return (a->type()->id() == b->type()->id() ? 0.0 : changeRegionType) + paramsCost(a, b) +
-           organsCost(a, b, givenUp) + linksCost(path, a, b);
+           organsCost(a, b, limits) + linksCost(path, a, b);
 }
 
 } // namespace
 
-Outcome dist(const Morphology &first, const Morphology &second)
+Outcome dist(const Morphology &first, const Morphology &second, int mostOpenPaths)
 {
-    Outcome outcome;
-    outcome.dist = cheapest<Region>(
+    Limits limits{mostOpenPaths};
+    const double dist = cheapest<Region>(
         first.regions(), second.regions(),
-        [&outcome](const Path<Region> &path, const Region *a, const Region *b) {
-            return regionStep(path, a, b, &outcome.givenUp);
+        [&limits](const Path<Region> &path, const Region *a, const Region *b) {
+            return regionStep(path, a, b, &limits);
         },
-        &outcome.givenUp);
-    return outcome;
+        &limits);
+    return {dist, limits.givenUp};
 }
 
 } // namespace Planaria::PlainDistance

@@ -15,7 +15,7 @@ struct Outcome
     int givenUp = 0; // paths that fell out because too many were open, over all searches
 };
 
-Outcome dist(const Morphology &first, const Morphology &second);
+Outcome dist(const Morphology &first, const Morphology &second, int mostOpenPaths = 5000);
 
 } // namespace PlainDistance
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QPointF>
 #include <QRandomGenerator>
 
@@ -20,6 +21,11 @@ public:
         int organs = 1;             // of a region, at most
         bool parallelLinks = false; // some regions are linked twice
         bool evenNumbers = false;   // few different numbers, so that many costs are equal
+        int types = 3;              // of regions, and of spot organs
+        bool twins = false;         // of the organs, and of regions without links, some are alike
+        bool wholeTurns = false;    // angles of the same direction differ by these
+        bool loops = false;         // some regions are linked with themselves
+        bool hugeNumbers = false;   // some lead beyond what a number holds
     };
 
     explicit RandomBodies(quint32 seed) : generator(seed) {}
@@ -32,7 +38,11 @@ public:
 
 private:
     void link(Morphology *worm, const Kind &kind);
+    void shapeTwins(const QList<Region *> &regions, const Kind &kind);
     void shape(Region *region, const Kind &kind);
+    void addOrgan(Region *region, const Kind &kind);
+    /// Calls @p make as if it stood in place of what was made at @p then.
+    template <typename Make> void repeat(const QRandomGenerator &then, const Make &make);
 
     double number(double from, double to, const Kind &kind);
     double ang(const Kind &kind);

@@ -14,9 +14,9 @@
 namespace Planaria {
 
 /// Best-first search for the cheapest assignment of the elements of two lists. A path is an
-/// assignment on its way, and its key is the cost of its pairs alone. At most 5000 open paths are
-/// kept: beyond that the dearest are given up, the oldest of equal ones first, and the result may
-/// not be the cheapest. Nor need it be for lists that only damaged files have:
+/// assignment on its way, and its key is the cost of its pairs alone. Of the open paths no more
+/// than a number are kept: beyond that the dearest are given up, the oldest of equal ones first,
+/// and the result may not be the cheapest. Nor need it be for lists that only damaged files have:
 ///   - Those that are too long are paired as they stand.
 ///   - Searches among very many paths of almost equal cost end after tens of millions of steps with
 ///     the best complete path met until then. What they take, later searches of this object may not
@@ -38,7 +38,10 @@ class AssignmentSearch final
 {
 public:
     static constexpr int none = Assignment::none;
-    static constexpr std::size_t mostOpenPaths = 5000;
+    static constexpr std::size_t usualOpenPaths = 5000;
+
+    /// @param newMostOpenPaths how many open paths are kept at most; more than a list has elements
+    explicit AssignmentSearch(std::size_t newMostOpenPaths) : mostOpenPaths(newMostOpenPaths) {}
 
     /// Whether lists are too long to be searched: one path would take long, or the pairs that it
     /// has to choose from much memory.
@@ -60,7 +63,7 @@ public:
         findTwins(*costs);
         best = infinity;
         // Then not all paths together are too many.
-        const bool isSmall = completions(sizeOfFirst, sizeOfSecond) <= mostBadPaths;
+        const bool isSmall = completions(sizeOfFirst, sizeOfSecond) <= mostBadPaths();
         if (!isSmall)
             guess(costs);
         counted = isSmall ? infinity : fewCompletions;
@@ -104,7 +107,8 @@ private:
     // path good which some complete path of the best cost extends. Open paths never extend each
     // other, so there are no more bad ones at a time than there are ways to go on from bad paths to
     // the end, be it a complete path or one that cannot go on at the best cost. While those are
-    // fewer than 5000, there is always room for the first good path, which is thus never given up.
+    // fewer than the open paths that are kept, there is always room for the first good path, which
+    // is thus never given up.
     //
     // A path is known to be bad once the least that is still to come takes it beyond the best
     // cost. Near the end it is cheaper then to count all complete paths that extend it.
@@ -115,7 +119,7 @@ private:
     //
     // It may give up: the search finds the same, at its own pace.
 
-    static constexpr double mostBadPaths = mostOpenPaths - 1.0;
+    [[nodiscard]] double mostBadPaths() const { return static_cast<double>(mostOpenPaths) - 1.0; }
     /// So many complete paths, or fewer, are counted rather than walked to.
     static constexpr double fewCompletions = 8.0;
     /// What takes more off a sum than can have come into it by rounding.
@@ -178,7 +182,7 @@ private:
                 best = present.cost;
             }
             const bool isLong =
-                badWays > mostBadPaths || completed >= mostOpenPaths || walkSteps < leftAtEnd;
+                badWays > mostBadPaths() || completed >= mostOpenPaths || walkSteps < leftAtEnd;
             if (isLong && best < infinity)
                 return false;
         } while (takeStep(&present));
@@ -335,6 +339,7 @@ private:
             visit(first, none);
     }
 
+    const std::size_t mostOpenPaths;
     Assignment current;
 
     std::vector<double> orders; // in which so many elements can stand

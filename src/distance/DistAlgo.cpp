@@ -1,6 +1,7 @@
 #include "distance/DistAlgo.h"
 
 #include "distance/AssignmentSearch.h"
+#include "distance/CappedDistance.h"
 #include "distance/LinkCosts.h"
 #include "distance/WormData.h"
 #include "model/Angles.h"
@@ -90,6 +91,8 @@ class OrganCosts final
 public:
     static constexpr bool insertionsAreAlike = true;
 
+    explicit OrganCosts(std::size_t mostOpenPaths) : search(mostOpenPaths) {}
+
     double cheapest(std::span<const OrganData> a, std::span<const OrganData> b)
     {
         if (a.empty() || b.empty())
@@ -150,8 +153,8 @@ class RegionCosts final
 public:
     static constexpr bool insertionsAreAlike = false; // links tell them apart
 
-    RegionCosts(const Morphology &first, const Morphology &second)
-        : a(first), b(second), links(a, b)
+    RegionCosts(const Morphology &first, const Morphology &second, std::size_t mostOpenPaths)
+        : a(first), b(second), links(a, b), search(mostOpenPaths), organCosts(mostOpenPaths)
     {
         listLoneCosts();
         if (AssignmentSearch::areTooLong(at(a.regionCount()), at(b.regionCount())))
@@ -266,7 +269,12 @@ private:
 
 double dist(const Morphology &first, const Morphology &second)
 {
-    return RegionCosts(first, second).cheapest();
+    return cappedDist(first, second, AssignmentSearch::usualOpenPaths);
+}
+
+double cappedDist(const Morphology &first, const Morphology &second, std::size_t mostOpenPaths)
+{
+    return RegionCosts(first, second, mostOpenPaths).cheapest();
 }
 
 } // namespace Planaria::DistAlgo

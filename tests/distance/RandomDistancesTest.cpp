@@ -1,5 +1,6 @@
 #include "PlainDistance.h"
 #include "RandomBodies.h"
+#include "distance/CappedDistance.h"
 #include "distance/DistAlgo.h"
 #include "model/Morphology.h"
 
@@ -17,6 +18,8 @@ class RandomDistancesTest final : public QObject
 private slots:
     void equalThoseOfThePlainSearchBitForBit_data();
     void equalThoseOfThePlainSearchBitForBit();
+    void equalThoseOfThePlainSearchUnderASmallCap_data();
+    void equalThoseOfThePlainSearchUnderASmallCap();
     void areNeverNegativeAndTheSameBothWays();
     void areZeroFromAWormToItselfAndToItsCopy();
 };
@@ -87,6 +90,79 @@ void RandomDistancesTest::equalThoseOfThePlainSearchBitForBit()
         const Pair pair(seed, first, second);
         const PlainDistance::Outcome plain = PlainDistance::dist(*pair.a, *pair.b);
         const double dist = DistAlgo::dist(*pair.a, *pair.b);
+        QVERIFY2(dist == plain.dist, qPrintable(numbers(seed, dist, plain.dist)));
+        cut += plain.givenUp > 0 ? 1 : 0;
+    }
+    QVERIFY2(cut >= leastCut, qPrintable(QString::number(cut)));
+}
+
+void RandomDistancesTest::equalThoseOfThePlainSearchUnderASmallCap_data()
+{
+    QTest::addColumn<Kind>("kind");
+    QTest::addColumn<int>("pairs");
+    QTest::addColumn<int>("leastCut"); // pairs in which paths are given up
+
+    const auto row = [](const char *name, const Kind &kind, int pairs, int leastCut) {
+        QTest::newRow(name) << kind << pairs << leastCut;
+    };
+    row("any numbers", {.regions = 6, .organs = 2}, 600, 300);
+    row("many organs", {.regions = 2, .organs = 7}, 600, 300);
+    row("equal costs", {.regions = 5, .organs = 3, .evenNumbers = true}, 800, 300);
+    row("equal types", {.regions = 5, .organs = 4, .types = 1}, 800, 300);
+    row("equal types and costs",
+        {.regions = 5, .organs = 3, .parallelLinks = true, .evenNumbers = true, .types = 1}, 800,
+        300);
+    row("twins", {.regions = 6, .organs = 4, .twins = true}, 800, 300);
+    row("twins, equal types and costs",
+        {.regions = 7, .organs = 3, .evenNumbers = true, .types = 1, .twins = true}, 600, 300);
+    row("whole turns",
+        {.regions = 4, .organs = 5, .evenNumbers = true, .types = 1, .wholeTurns = true}, 800, 300);
+    row("whole turns and twins",
+        {.regions = 4,
+         .organs = 5,
+         .evenNumbers = true,
+         .types = 1,
+         .twins = true,
+         .wholeTurns = true},
+        800, 300);
+    row("parallel links and loops",
+        {.regions = 6, .organs = 1, .parallelLinks = true, .loops = true}, 800, 300);
+    row("parallel links and loops, equal costs",
+        {.regions = 6,
+         .organs = 1,
+         .parallelLinks = true,
+         .evenNumbers = true,
+         .types = 1,
+         .loops = true},
+        800, 300);
+    row("numbers that overflow",
+        {.regions = 5, .organs = 3, .parallelLinks = true, .loops = true, .hugeNumbers = true}, 800,
+        300);
+    row("numbers that overflow, twins and equal costs",
+        {.regions = 6,
+         .organs = 4,
+         .evenNumbers = true,
+         .types = 1,
+         .twins = true,
+         .wholeTurns = true,
+         .hugeNumbers = true},
+        800, 300);
+}
+
+void RandomDistancesTest::equalThoseOfThePlainSearchUnderASmallCap()
+{
+    QFETCH(const Kind, kind);
+    QFETCH(const int, pairs);
+    QFETCH(const int, leastCut);
+
+    int cut = 0;
+    for (quint32 seed = 1; seed <= static_cast<quint32>(pairs); ++seed) {
+        const int cap = 20 + static_cast<int>(seed % 31);
+        Kind other = kind;
+        other.regions += static_cast<int>(seed % 3) - 1;
+        const Pair pair(seed, kind, other);
+        const PlainDistance::Outcome plain = PlainDistance::dist(*pair.a, *pair.b, cap);
+        const double dist = DistAlgo::cappedDist(*pair.a, *pair.b, static_cast<std::size_t>(cap));
         QVERIFY2(dist == plain.dist, qPrintable(numbers(seed, dist, plain.dist)));
         cut += plain.givenUp > 0 ? 1 : 0;
     }
