@@ -1,5 +1,7 @@
 #pragma once
 
+#include "browse/ElementDeletion.h"
+
 #include <QDialogButtonBox>
 #include <QList>
 #include <QString>
@@ -26,13 +28,14 @@ public:
     /// Asks whether selected elements are to go. @param question by the type of the elements
     static bool confirmDeletion(QWidget *parent, const QString &question);
     /// Calls @p deleteOne for each of @p ids, in one transaction, under a progress dialog whose
-    /// Abort takes all back.
-    /// @param deleteOne as for ElementDeletion::deleteElements()
-    /// @return false where the file did not take the deletion, which is for the caller to tell
-    [[nodiscard]] static bool deleteElements(DB *db, const QList<int> &ids,
-                                             const std::function<void(int id)> &deleteOne,
-                                             QWidget *parent);
+    /// Abort takes all back. The user is told once where the file did not take the deletion.
+    /// @param deleteOne as for ElementDeletion::deleteElements(); it tells of no failure
+    static void deleteElements(DB *db, const QList<int> &ids,
+                               const std::function<ElementDeletion::Outcome(int id)> &deleteOne,
+                               QWidget *parent);
     static void tellDeletionFailure(QWidget *parent);
+    /// Tells that an element stays, in the place of the progress dialog while one is shown.
+    static void tellRefusal(const ElementDeletion::Refusal &refusal, QWidget *parent);
 
 public slots:
     /// To be called when rows were read anew, too: they lose their selection without a word.

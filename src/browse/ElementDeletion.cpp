@@ -57,17 +57,24 @@ std::optional<ElementDeletion::Refusal> ElementDeletion::refusal(DB *db, int typ
 }
 
 bool ElementDeletion::deleteElements(DB *db, const QList<int> &ids,
-                                     const std::function<void(int id)> &deleteOne)
+                                     const std::function<Outcome(int id)> &deleteOne,
+                                     const std::function<bool(int done)> &goOn)
 {
-    const bool begun = db->beginTransaction();
-    {
+    bool ok = db->beginTransaction();
+    if (ok) {
         std::optional<ReferenceIndexes> indexes;
-        if (begun && ids.size() >= manyElements)
+        if (ids.size() >= manyElements)
             indexes.emplace(db);
-        for (const int id : ids)
-            deleteOne(id);
+        int done = 0;
+        for (auto id = ids.cbegin(); ok && id != ids.cend(); ++id)
+            // Without the transaction, what follows would be in the file by itself.
+            ok = goOn(done++) && deleteOne(*id) != Outcome::Failed && db->inTransaction();
+        ok = ok && goOn(done);
     }
-    return db->endTransaction();
+    if (ok)
+        return db->endTransaction();
+    db->rollbackTransaction();
+    return false;
 }
 
 } // namespace Planaria

@@ -1,10 +1,8 @@
 #include "browse/ElementEditor.h"
 
-#include "browse/ElementDeletion.h"
+#include "browse/ElementCommands.h"
 #include "browse/SearchFields.h"
 #include "widgets/ElementStore.h"
-
-#include <QMessageBox>
 
 namespace Planaria {
 
@@ -30,13 +28,14 @@ int ElementEditor::store(DBElement *element)
     return ElementStore::store(element, table(), word(), db, widget) ? element->id() : 0;
 }
 
-bool ElementEditor::removeUnused(DBElement *element, const QString &name)
+ElementDeletion::Outcome ElementEditor::removeUnused(DBElement *element, const QString &name)
 {
+    using ElementDeletion::Outcome;
     const auto refusal = ElementDeletion::refusal(db, type, element->id(), name);
     if (!refusal)
-        return element->erase();
-    QMessageBox::critical(widget, refusal->title, refusal->text, QMessageBox::Cancel);
-    return true;
+        return element->erase() ? Outcome::Done : Outcome::Failed;
+    ElementCommands::tellRefusal(*refusal, widget);
+    return Outcome::Refused;
 }
 
 } // namespace Planaria

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "browse/ElementDeletion.h"
 #include "browse/ElementKind.h"
 #include "db/DBElement.h"
 #include "widgets/QuickDialogs.h"
@@ -32,8 +33,8 @@ public:
     virtual int copy(int id) = 0;
     virtual void edit(int id) = 0;
     /// An element in use stays, and the user is told why.
-    /// @return false where the file does not let go of the element, which is for the caller to tell
-    [[nodiscard]] virtual bool remove(int id) = 0;
+    /// A failure is for the caller to tell.
+    [[nodiscard]] virtual ElementDeletion::Outcome remove(int id) = 0;
 
     [[nodiscard]] QString table() const;
     /// What users call one of the elements.
@@ -42,7 +43,7 @@ public:
 protected:
     /// @return the id; 0 where the file does not take the element
     int store(DBElement *element);
-    [[nodiscard]] bool removeUnused(DBElement *element, const QString &name);
+    [[nodiscard]] ElementDeletion::Outcome removeUnused(DBElement *element, const QString &name);
 
     DB *db;
     QWidget *widget;
@@ -72,7 +73,7 @@ public:
         askName(QStringLiteral("Edit "), element.name(), &element);
     }
 
-    bool remove(int id) override
+    ElementDeletion::Outcome remove(int id) override
     {
         Element element(id, db);
         return removeUnused(&element, element.name());
@@ -124,7 +125,7 @@ public:
 
     void edit(int id) override { run(load(id)); }
 
-    bool remove(int id) override
+    ElementDeletion::Outcome remove(int id) override
     {
         const auto element = load(id);
         if constexpr (hasTitle)

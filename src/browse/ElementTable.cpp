@@ -168,7 +168,12 @@ void ElementTable::editElement(int id)
 
 void ElementTable::deleteElement(int id)
 {
-    if (!editor->remove(id))
+    const bool isOneOfMany = db->inTransaction();
+    if (editor->remove(id) != ElementDeletion::Outcome::Failed)
+        return;
+    if (isOneOfMany)
+        db->rollbackTransaction();
+    else
         ElementCommands::tellDeletionFailure(widget);
 }
 
@@ -197,18 +202,10 @@ void ElementTable::deleteSelected()
     const QList<int> ids = selectedIds();
     if (ids.isEmpty() || !ElementCommands::confirmDeletion(widget, kind.deletionQuestion))
         return;
-    deleteElements(ids);
+    ElementCommands::deleteElements(
+        db, ids, [this](int id) { return editor->remove(id); }, widget);
     updateModel(0);
     focusView();
-}
-
-void ElementTable::deleteElements(const QList<int> &ids)
-{
-    bool erased = true;
-    const bool committed = ElementCommands::deleteElements(
-        db, ids, [&](int id) { erased &= editor->remove(id); }, widget);
-    if (!(erased && committed))
-        ElementCommands::tellDeletionFailure(widget);
 }
 
 // --- Searching ---

@@ -54,6 +54,8 @@ public:
     /// @return the id of the copy, which the list does not show yet; 0 where none was made
     int copyElement(int id);
     void editElement(int id);
+    /// A failure within a transaction ends it, which tells whoever deletes several elements;
+    /// otherwise the user is told.
     void deleteElement(int id);
 
     [[nodiscard]] DataTableView *view() const { return view_; }
@@ -81,7 +83,6 @@ private:
     /// The id of the current element; 0 without one.
     [[nodiscard]] int currentId() const;
     [[nodiscard]] QList<int> selectedIds() const;
-    void deleteElements(const QList<int> &ids);
     void focusView();
 
     DB *db;

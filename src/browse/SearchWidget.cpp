@@ -368,15 +368,15 @@ void SearchWidget::deleteElements(const QList<int> &ids)
         &SearchWidget::deleteRNAi,       &SearchWidget::deleteSpecies,
         &SearchWidget::deletePublication};
     const IdSignal wanted = entryOf(deleteSignals, typeCombo->currentIndex());
-    bool failed = false; // what took back all; whoever deletes has told of it
-    const auto deleteOne = [&](int id) {
-        if (wanted == nullptr || failed)
-            return;
+    if (wanted == nullptr)
+        return;
+    const auto deleteOne = [this, wanted](int id) {
         emit(this->*wanted)(id);
-        failed = !db->inTransaction();
+        // Who deletes tells of a refusal alone, and ends the transaction at a failure.
+        return db->inTransaction() ? ElementDeletion::Outcome::Done
+                                   : ElementDeletion::Outcome::Failed;
     };
-    if (!ElementCommands::deleteElements(db, ids, deleteOne, this) && !failed)
-        ElementCommands::tellDeletionFailure(this);
+    ElementCommands::deleteElements(db, ids, deleteOne, this);
 }
 
 // --- From a result to others ---

@@ -26,9 +26,10 @@ class ElementCommands;
 /// The tab that asks the library one question and shows the elements found.
 ///
 /// It changes no element itself: new, copy, edit and delete go out as signals, one for each type,
-/// and whoever answers must have made the change when the signal returns. Then the question is
-/// asked again, by what the controls hold at that moment. The same happens at each updateModel() as
-/// long as a question was asked since the type was chosen.
+/// and whoever answers must have made the change when the signal returns; a deletion that fails
+/// ends the transaction. Then the question is asked again, by what the controls hold at that
+/// moment. The same happens at each updateModel() as long as a question was asked since the type
+/// was chosen.
 class SearchWidget final : public QWidget
 {
     Q_OBJECT

@@ -30,8 +30,13 @@ private slots:
     void commitsNothingForAnEmptySelection();
     void leavesTheStructureOfTheFileAsItWas();
     void makesNoIndexesForAFewElements();
-    void takesBackWhatWasDeletedBeforeAFailure();
-    void deletesWhatComesAfterAFailure();
+    void takesBackAllAfterAFailure_data();
+    void takesBackAllAfterAFailure();
+    void takesBackWormsWithTheirParts();
+    void deletesNothingAfterTheEndOfTheTransaction();
+    void deletesNothingWithoutATransaction();
+    void takesBackAllWhenToldToStop_data();
+    void takesBackAllWhenToldToStop();
 };
 
 namespace {
@@ -60,6 +65,8 @@ const QList<Type> &types()
 
 constexpr int morphologyType = 2;
 
+using ElementDeletion::Outcome;
+
 /// What a list of morphologies does with each of its selected rows.
 class MorphologyList final
 {
@@ -68,19 +75,20 @@ public:
 
     bool deleteAll(const QList<int> &ids)
     {
-        return ElementDeletion::deleteElements(db, ids, [this](int id) { deleteOne(id); });
+        return ElementDeletion::deleteElements(db, ids, [this](int id) { return deleteOne(id); });
     }
 
     QStringList refusals;
 
 private:
-    void deleteOne(int id)
+    Outcome deleteOne(int id)
     {
         Morphology worm(id, db, false);
-        if (const auto refusal = ElementDeletion::refusal(db, morphologyType, id, worm.name()))
-            refusals += refusal->text;
-        else
-            worm.erase();
+        const auto refusal = ElementDeletion::refusal(db, morphologyType, id, worm.name());
+        if (!refusal)
+            return worm.erase() ? Outcome::Done : Outcome::Failed;
+        refusals += refusal->text;
+        return Outcome::Refused;
     }
 
     DB *db;
@@ -103,6 +111,12 @@ QStringList structureOf(DB *db)
         entries += query->value(0).toString() + u' ' + query->value(1).toString() + u' ' +
                    query->value(2).toString() + u' ' + query->value(3).toString();
     return entries;
+}
+
+/// Removes a drug.
+Outcome removed(TemporaryLibrary *library, int id)
+{
+    return library->db()->removeRow("Drug", id) ? Outcome::Done : Outcome::Failed;
 }
 
 QList<int> upTo(int last)
@@ -226,7 +240,7 @@ void ElementDeletionTest::deletesInOneTransactionAndInOrder()
     QList<int> deleted;
     QVERIFY(ElementDeletion::deleteElements(library.db(), selected, [&](int id) {
         deleted += id;
-        QVERIFY(library.db()->removeRow("Drug", id));
+        return removed(&library, id);
     }));
     const QStringList statements = log.take();
     QCOMPARE(deleted, selected);
@@ -240,7 +254,12 @@ void ElementDeletionTest::deletesInOneTransactionAndInOrder()
 void ElementDeletionTest::commitsNothingForAnEmptySelection()
 {
     TemporaryLibrary library;
-    QVERIFY(ElementDeletion::deleteElements(library.db(), {}, [](int) { QFAIL("called"); }));
+    int called = 0;
+    QVERIFY(ElementDeletion::deleteElements(library.db(), {}, [&](int) {
+        ++called;
+        return Outcome::Done;
+    }));
+    QCOMPARE(called, 0);
     QVERIFY(!library.db()->inTransaction());
 }
 
@@ -249,8 +268,10 @@ void ElementDeletionTest::leavesTheStructureOfTheFileAsItWas()
     TemporaryLibrary library("library.edb");
     const QStringList before = structureOf(library.db());
     QStringList during;
-    QVERIFY(ElementDeletion::deleteElements(library.db(), upTo(60),
-                                            [&](int) { during = structureOf(library.db()); }));
+    QVERIFY(ElementDeletion::deleteElements(library.db(), upTo(60), [&](int) {
+        during = structureOf(library.db());
+        return Outcome::Done;
+    }));
     QVERIFY(during.size() > before.size());
     QCOMPARE(structureOf(library.db()), before);
     QCOMPARE(library.value("PRAGMA integrity_check").toString(), QStringLiteral("ok"));
@@ -260,39 +281,107 @@ void ElementDeletionTest::makesNoIndexesForAFewElements()
 {
     TemporaryLibrary library("library.edb");
     const QStringList before = structureOf(library.db());
-    QVERIFY(ElementDeletion::deleteElements(
-        library.db(), upTo(3), [&](int) { QCOMPARE(structureOf(library.db()), before); }));
+    QStringList during;
+    QVERIFY(ElementDeletion::deleteElements(library.db(), upTo(3), [&](int) {
+        during = structureOf(library.db());
+        return Outcome::Done;
+    }));
+    QCOMPARE(during, before);
 }
 
-// The drug on which deletion fails is the last one, so that nothing is deleted after it.
-void ElementDeletionTest::takesBackWhatWasDeletedBeforeAFailure()
+void ElementDeletionTest::takesBackAllAfterAFailure_data()
 {
+    QTest::addColumn<int>("failing");
+    QTest::newRow("first") << 1;
+    QTest::newRow("in the midst") << 30;
+    QTest::newRow("last") << 40;
+}
+
+void ElementDeletionTest::takesBackAllAfterAFailure()
+{
+    QFETCH(const int, failing);
     TemporaryLibrary library;
     addDrugs(&library, 40);
     library.run("CREATE TABLE Note (Drug INTEGER REFERENCES Drug(Id))");
-    library.run("INSERT INTO Note VALUES(40)");
+    library.run(QStringLiteral("INSERT INTO Note VALUES(%1)").arg(failing));
     const QStringList structure = structureOf(library.db());
+    QList<int> tried;
     QVERIFY(!ElementDeletion::deleteElements(library.db(), upTo(40), [&](int id) {
-        if (!library.db()->removeRow("Drug", id)) // as a failed erasure does
-            library.db()->rollbackTransaction();
+        tried += id;
+        return removed(&library, id);
     }));
+    QCOMPARE(tried, upTo(failing));
     QCOMPARE(library.count("Drug"), 40);
     QVERIFY(!library.db()->inTransaction());
     QCOMPARE(structureOf(library.db()), structure);
     QCOMPARE(library.brokenReferences(), QStringList());
 }
 
-void ElementDeletionTest::deletesWhatComesAfterAFailure()
+// What a worm owns stands in several tables; its own erasure ends the transaction.
+void ElementDeletionTest::takesBackWormsWithTheirParts()
+{
+    TemporaryLibrary library("library.edb");
+    library.run("DELETE FROM MorphologyAction WHERE Morphology = 55");
+    library.run("DELETE FROM ResultantMorphology WHERE Morphology = 55");
+    library.run("CREATE TRIGGER stay BEFORE DELETE ON Region WHEN OLD.Morphology = 55 BEGIN SELECT "
+                "RAISE(ABORT, 'stays'); END");
+    const QMap<QString, int> before = library.counts();
+    MorphologyList list(library.db());
+    QVERIFY(!list.deleteAll(upTo(60)));
+    QCOMPARE(library.counts(), before);
+    QVERIFY(!library.db()->inTransaction());
+    QCOMPARE(library.value("PRAGMA integrity_check").toString(), QStringLiteral("ok"));
+}
+
+void ElementDeletionTest::deletesNothingAfterTheEndOfTheTransaction()
 {
     TemporaryLibrary library;
     addDrugs(&library, 40);
     QVERIFY(!ElementDeletion::deleteElements(library.db(), upTo(40), [&](int id) {
-        if (id == 30)
-            library.db()->rollbackTransaction();
-        else
-            QVERIFY(library.db()->removeRow("Drug", id));
+        if (id != 30)
+            return removed(&library, id);
+        library.db()->rollbackTransaction();
+        return Outcome::Done;
     }));
-    QCOMPARE(library.count("Drug"), 30);
+    QCOMPARE(library.count("Drug"), 40);
+}
+
+void ElementDeletionTest::deletesNothingWithoutATransaction()
+{
+    TemporaryLibrary library;
+    addDrugs(&library, 5);
+    library.run("BEGIN"); // a second one cannot begin
+    QVERIFY(!ElementDeletion::deleteElements(library.db(), upTo(5),
+                                             [&](int id) { return removed(&library, id); }));
+    QVERIFY(!library.db()->inTransaction());
+    QCOMPARE(library.count("Drug"), 5);
+    QVERIFY(library.db()->beginTransaction()); // nothing was left open
+    QVERIFY(library.db()->endTransaction());
+}
+
+void ElementDeletionTest::takesBackAllWhenToldToStop_data()
+{
+    QTest::addColumn<int>("last");
+    QTest::newRow("before the first") << 0;
+    QTest::newRow("in the midst") << 3;
+    QTest::newRow("after the last") << 5;
+}
+
+void ElementDeletionTest::takesBackAllWhenToldToStop()
+{
+    QFETCH(const int, last);
+    TemporaryLibrary library;
+    addDrugs(&library, 5);
+    QList<int> tried;
+    const auto deleteOne = [&](int id) {
+        tried += id;
+        return removed(&library, id);
+    };
+    QVERIFY(!ElementDeletion::deleteElements(library.db(), upTo(5), deleteOne,
+                                             [last](int done) { return done < last; }));
+    QCOMPARE(tried, upTo(last));
+    QCOMPARE(library.count("Drug"), 5);
+    QVERIFY(!library.db()->inTransaction());
 }
 
 } // namespace Planaria

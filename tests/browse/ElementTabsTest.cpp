@@ -71,8 +71,12 @@ private slots:
     void deleteExperimentsWithNoQuestionOfUse();
     void deleteInOneTransaction();
     void askNothingWithoutASelection();
+    void keepTheProgressAwayFromTheBoxOfAnElement();
+    void deleteNothingMoreAfterAnAbort_data();
     void deleteNothingMoreAfterAnAbort();
-    void tellOfADeletionThatFails();
+    void tellOnceOfADeletionThatFails_data();
+    void tellOnceOfADeletionThatFails();
+    void tellOfAnElementThatTheFileKeeps();
 
     // Searches
     void offerTheSearchesForOtherTypes_data();
@@ -142,6 +146,33 @@ QStringList fewOfEach(const QStringList &names, const Refusals &refusals)
     return few;
 }
 
+/// Plans to delete what is selected, and the boxes for what is in use; gives the names that stay.
+QStringList planDeletion(const ElementTab &tab, const Refusals &refusals, ModalAnswerer *answerer,
+                         std::chrono::milliseconds thinking = {})
+{
+    QStringList kept = tab.shown();
+    answerer->expectBox(deletionQuestion(tab), QMessageBox::Yes);
+    const QStringList selected = tab.selected();
+    for (const QString &name : selected) {
+        if (refusals.texts.contains(name))
+            answerer->expectBox(refusals.box(name), QMessageBox::Cancel, thinking);
+        else
+            kept.removeOne(name);
+    }
+    return kept;
+}
+
+void expectDeletionFailure(ModalAnswerer *answerer)
+{
+    answerer->expectBox({"Cannot delete elements",
+                         "The file does not let go of all of the selected elements. Nothing was "
+                         "deleted.",
+                         QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Critical},
+                        QMessageBox::Ok);
+}
+
+constexpr int experiments = 0;
+constexpr int morphologies = 2;
 constexpr int drugs = 3;
 
 std::unique_ptr<TemporaryLibrary> emptyLibrary()
@@ -569,17 +600,9 @@ void ElementTabsTest::deleteWhatIsFreeOfASelection()
     ElementTab tab(type);
     tab.update();
     const Refusals refusals(type);
-    QStringList kept = tab.shown();
+    tab.select(fewOfEach(tab.shown(), refusals));
     ModalAnswerer answerer;
-    answerer.expectBox(deletionQuestion(tab), QMessageBox::Yes);
-    tab.select(fewOfEach(kept, refusals));
-    const QStringList selected = tab.selected();
-    for (const QString &name : selected) {
-        if (refusals.texts.contains(name))
-            answerer.expectBox(refusals.box(name), QMessageBox::Cancel);
-        else
-            kept.removeOne(name);
-    }
+    const QStringList kept = planDeletion(tab, refusals, &answerer);
     tab.press("Delete");
     QCOMPARE(answerer.problems(), QStringList());
     QCOMPARE(tab.shown(), kept);
@@ -638,12 +661,42 @@ void ElementTabsTest::askNothingWithoutASelection()
     QCOMPARE(tab.count(), 16);
 }
 
+void ElementTabsTest::keepTheProgressAwayFromTheBoxOfAnElement()
+{
+    ElementTab tab(morphologies);
+    tab.update();
+    const Refusals refusals(morphologies);
+    QStringList chosen = fewOfEach(tab.shown(), refusals);
+    std::stable_partition(chosen.begin(), chosen.end(), [&refusals](const QString &name) {
+        return refusals.texts.contains(name);
+    });
+    tab.select(chosen);
+    QCOMPARE(tab.selected(), chosen); // those in use first
+    ModalAnswerer answerer;
+    const auto longerThanTheProgressWaits = std::chrono::milliseconds(700);
+    const QStringList kept = planDeletion(tab, refusals, &answerer, longerThanTheProgressWaits);
+    tab.press("Delete");
+    QCOMPARE(answerer.problems(), QStringList());
+    QCOMPARE(kept.size(), 57);
+    QCOMPARE(tab.shown(), kept);
+    QCOMPARE(tab.library->brokenReferences(), QStringList());
+}
+
+void ElementTabsTest::deleteNothingMoreAfterAnAbort_data()
+{
+    QTest::addColumn<int>("done");
+    QTest::newRow("in the midst") << 5;
+    QTest::newRow("before the last") << 29;
+    QTest::newRow("after the last") << 30;
+}
+
 void ElementTabsTest::deleteNothingMoreAfterAnAbort()
 {
+    QFETCH(const int, done);
     ElementTab tab(drugs, drugLibrary(30));
     tab.update();
     tab.view()->selectAll();
-    ProgressWatcher progress(5);
+    ProgressWatcher progress(done);
     ModalAnswerer answerer;
     answerer.expectBox(deletionQuestion(tab), QMessageBox::Yes);
     tab.press("Delete");
@@ -651,32 +704,53 @@ void ElementTabsTest::deleteNothingMoreAfterAnAbort()
     QCOMPARE(progress.button, QStringLiteral("Abort"));
     QCOMPARE(progress.range, qMakePair(0, 30));
     QCOMPARE(progress.modality, Qt::WindowModal);
-    QCOMPARE(progress.values.last(), 5);
+    QCOMPARE(progress.values.last(), done);
     QCOMPARE(tab.shown().size(), 30);
     QCOMPARE(tab.count(), 30);
     QVERIFY(!tab.library->db()->inTransaction());
 }
 
-void ElementTabsTest::tellOfADeletionThatFails()
+void ElementTabsTest::tellOnceOfADeletionThatFails_data()
 {
-    ElementTab tab(drugs, drugLibrary(3));
-    tab.library->run("CREATE TRIGGER stay BEFORE DELETE ON Drug WHEN OLD.Id = 3 BEGIN SELECT "
-                     "RAISE(ABORT, 'stays'); END");
+    QTest::addColumn<int>("type");
+    for (const int type : {experiments, morphologies, drugs})
+        QTest::newRow(qUtf8Printable(tabTypes()[type].title)) << type;
+}
+
+void ElementTabsTest::tellOnceOfADeletionThatFails()
+{
+    QFETCH(const int, type);
+    ElementTab tab(type);
+    tab.library->run("INSERT INTO Drug (Name) VALUES('aa 1'), ('aa 2'), ('aa 3'), ('aa 4')");
     tab.update();
-    tab.view()->selectAll();
+    QStringList unused = tab.shown();
+    const Refusals refusals(type);
+    unused.removeIf([&refusals](const QString &name) { return refusals.texts.contains(name); });
+    tab.library->run(QStringLiteral("CREATE TRIGGER stay BEFORE DELETE ON %1 WHEN OLD.Id = %2 "
+                                    "BEGIN SELECT RAISE(ABORT, 'stays'); END")
+                         .arg(tab.type.table)
+                         .arg(tab.idOf(unused.at(2))));
+    const QMap<QString, int> before = tab.library->counts();
+    tab.select(unused.first(4));
+    QCOMPARE(tab.selected().size(), 4);
     ModalAnswerer answerer;
     answerer.expectBox(deletionQuestion(tab), QMessageBox::Yes);
-    const ModalAnswerer::Box notDeleted = {
-        "Cannot delete elements",
-        "Not all of the selected elements could be deleted from the file.", QMessageBox::Ok,
-        QMessageBox::Ok, QMessageBox::Critical};
-    answerer.expectBox(notDeleted, QMessageBox::Ok);
+    expectDeletionFailure(&answerer);
     tab.press("Delete");
     QCOMPARE(answerer.problems(), QStringList());
-    QCOMPARE(tab.shown(), QStringList("drug 3"));
+    QCOMPARE(tab.library->counts(), before);
+    QCOMPARE(tab.shown().size(), tab.count());
+    QVERIFY(!tab.library->db()->inTransaction());
+}
 
-    answerer.expectBox(notDeleted, QMessageBox::Ok);
-    tab.command("delete", 3);
+void ElementTabsTest::tellOfAnElementThatTheFileKeeps()
+{
+    ElementTab tab(drugs, drugLibrary(1));
+    tab.library->run("CREATE TRIGGER stay BEFORE DELETE ON Drug BEGIN SELECT RAISE(ABORT, "
+                     "'stays'); END");
+    ModalAnswerer answerer;
+    expectDeletionFailure(&answerer);
+    tab.command("delete", 1);
     QCOMPARE(answerer.problems(), QStringList());
     QCOMPARE(tab.count(), 1);
 }
@@ -710,12 +784,14 @@ void ElementTabsTest::offerTheSearchesForOtherTypes()
     tab.update();
     QStringList expected = searches;
     expected.removeAt(type);
+    const QImage lens = QIcon(":/Images/famfamfam_silk_icons/find.png").pixmap(16).toImage();
+    QVERIFY(!lens.isNull());
     for (int i = 0; i < 2; ++i) { // it is filled anew
         rightClick(tab, tab.centreInWindow(tab.shown().at(1)));
         QVERIFY(popup());
         QCOMPARE(textsOf(popup()), expected);
         for (const QAction *entry : popup()->actions())
-            QVERIFY(!entry->icon().isNull());
+            QCOMPARE(entry->icon().pixmap(16).toImage(), lens);
         popup()->close();
     }
 }
@@ -769,15 +845,21 @@ void ElementTabsTest::openNoMenuWithoutACurrentRow_data()
 void ElementTabsTest::openNoMenuWithoutACurrentRow()
 {
     QFETCH(const int, type);
-    ElementTab tab(type, emptyLibrary());
-    const auto onTable = [&tab] {
-        return tab.view()->viewport()->mapTo(tab.widget()->window(), QPoint(50, 50));
+    ElementTab tab(type);
+    // Besides the rows: a click on one makes it the current one.
+    const auto besidesTheTable = [&tab] {
+        return tab.widget()->mapTo(tab.widget()->window(), QPoint(2, 2));
     };
-    rightClick(tab, onTable()); // before there is a model
+    rightClick(tab, besidesTheTable()); // before there is a model
     QVERIFY(!popup());
     tab.update();
-    rightClick(tab, onTable());
+    QVERIFY(!tab.shown().isEmpty());
+    rightClick(tab, besidesTheTable());
     QVERIFY(!popup());
+    tab.update(1);
+    rightClick(tab, besidesTheTable());
+    QVERIFY(popup());
+    popup()->close();
 }
 
 void ElementTabsTest::openTheMenuAtTheCursor()

@@ -39,8 +39,11 @@ private slots:
     void deletesWhatIsNotInUse();
     void refusesEachElementInUse_data();
     void refusesEachElementInUse();
+    void keepsTheProgressAwayFromTheBoxOfAnElement();
     void takesBackADeletionThatIsAborted();
-    void tellsOnceOfAnElementThatTheFileKeeps();
+    void takesBackADeletionThatIsAbortedAtItsEnd();
+    void tellsOnceOfADeletionThatFails_data();
+    void tellsOnceOfADeletionThatFails();
 
     // Status
     void wordsWhatWasFound();
@@ -355,6 +358,24 @@ void MainWindowSearchTest::refusesEachElementInUse()
     QCOMPARE(run.program.problems(), QString());
 }
 
+void MainWindowSearchTest::keepsTheProgressAwayFromTheBoxOfAnElement()
+{
+    Run run;
+    run.library.run("INSERT INTO Drug (Name) VALUES('octanol 1'), ('octanol 2'), ('octanol 3')");
+    run.user.ask({drugs, 0, containing, "octanol"});
+    QCOMPARE(run.user.shown(), QStringList({"octanol", "octanol 1", "octanol 2", "octanol 3"}));
+    run.user.view->selectAll();
+    run.agreeToDelete();
+    run.program.answerer.expectBox(
+        {"Drug in use",
+         "The drug \"octanol\" cannot be deleted because it is part of an experiment.",
+         QMessageBox::Cancel, QMessageBox::Cancel, QMessageBox::Critical},
+        QMessageBox::Cancel, std::chrono::milliseconds(700));
+    run.user.press("&Delete");
+    QCOMPARE(run.program.problems(), QString());
+    QCOMPARE(run.user.shown(), QStringList({"octanol"}));
+}
+
 void MainWindowSearchTest::takesBackADeletionThatIsAborted()
 {
     Run run;
@@ -370,23 +391,62 @@ void MainWindowSearchTest::takesBackADeletionThatIsAborted()
     QCOMPARE(run.program.problems(), QString());
 }
 
-void MainWindowSearchTest::tellsOnceOfAnElementThatTheFileKeeps()
+void MainWindowSearchTest::takesBackADeletionThatIsAbortedAtItsEnd()
 {
     Run run;
-    run.library.run("INSERT INTO Drug (Name) VALUES('spare 1'), ('spare 2'), ('spare 3')");
-    run.library.run("CREATE TRIGGER stay BEFORE DELETE ON Drug WHEN OLD.Name = 'spare 2' "
-                    "BEGIN SELECT RAISE(ABORT, 'stays'); END");
+    run.library.run("INSERT INTO Drug (Name) VALUES('spare 1'), ('spare 2')");
     run.user.ask({drugs, 0, containing, "spare"});
+    run.user.view->selectAll();
+    const ProgressWatcher progress(2);
+    run.agreeToDelete();
+    run.user.press("&Delete");
+    QCOMPARE(progress.values, QList<int>({0, 1, 2}));
+    QCOMPARE(run.user.shown().size(), 2);
+    QCOMPARE(run.program.problems(), QString());
+}
+
+void MainWindowSearchTest::tellsOnceOfADeletionThatFails_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QString>("free"); // which of them are in use nowhere
+    QTest::newRow("experiments") << experiments << "Experiment"
+                                 << "Id < 9";
+    QTest::newRow("morphologies") << morphologies << "Morphology"
+                                  << "Id NOT IN (SELECT Morphology FROM MorphologyAction) AND "
+                                     "Id NOT IN (SELECT Morphology FROM ResultantMorphology)";
+    QTest::newRow("drugs") << drugs << "Drug"
+                           << "length(Name) = 1";
+}
+
+void MainWindowSearchTest::tellsOnceOfADeletionThatFails()
+{
+    QFETCH(const int, type);
+    QFETCH(const QString, table);
+    QFETCH(const QString, free);
+    Run run;
+    run.library.run("INSERT INTO Drug (Name) VALUES('a'), ('b'), ('c'), ('d')");
+    run.library.run(
+        QStringLiteral("UPDATE %1 SET Name = 'spare ' || Name WHERE %2").arg(table, free));
+    run.user.ask({type, 0, containing, "spare"});
+    const QStringList shown = run.user.shown();
+    QVERIFY(shown.size() >= 4);
+    run.library.run(QStringLiteral("CREATE TRIGGER stay BEFORE DELETE ON %1 WHEN OLD.Id = %2 BEGIN "
+                                   "SELECT RAISE(ABORT, 'stays'); END")
+                        .arg(table)
+                        .arg(run.user.idOf(shown.at(2))));
+    const QMap<QString, int> before = run.library.counts();
     run.user.view->selectAll();
     run.agreeToDelete();
     run.program.answerer.expectBox(
         {"Cannot delete elements",
-         "Not all of the selected elements could be deleted from the file.", QMessageBox::Ok,
-         QMessageBox::Ok, QMessageBox::Critical},
+         "The file does not let go of all of the selected elements. Nothing was deleted.",
+         QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Critical},
         QMessageBox::Ok);
     run.user.press("&Delete");
-    QVERIFY(run.user.shown().contains("spare 2"));
     QCOMPARE(run.program.problems(), QString());
+    QCOMPARE(run.user.shown(), shown);
+    QCOMPARE(run.library.counts(), before);
 }
 
 // --- Status ---

@@ -3,10 +3,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QEventLoop>
 #include <QProgressDialog>
 #include <QPushButton>
-
-#include <chrono>
 
 namespace Planaria {
 
@@ -45,6 +44,15 @@ void ModalAnswerer::expectBox(const Box &box, QMessageBox::StandardButton answer
     expectDialog([this, box, answer](QDialog *dialog) { answerBox(dialog, box, answer); });
 }
 
+void ModalAnswerer::expectBox(const Box &box, QMessageBox::StandardButton answer,
+                              std::chrono::milliseconds thinking)
+{
+    expectDialog([this, box, answer, thinking](QDialog *dialog) {
+        think(dialog, thinking);
+        answerBox(dialog, box, answer);
+    });
+}
+
 void ModalAnswerer::expectDialog(const std::function<void(QDialog *)> &answer)
 {
     plans.enqueue({answer});
@@ -81,6 +89,20 @@ void ModalAnswerer::answerActive()
     if (const auto *box = qobject_cast<QMessageBox *>(dialog))
         found.last() += QStringLiteral(", which says: ") + box->text();
     dialog->reject();
+}
+
+void ModalAnswerer::think(const QDialog *dialog, std::chrono::milliseconds time)
+{
+    timer.stop(); // or the dialog would take the next answer
+    QEventLoop loop;
+    QTimer::singleShot(time, &loop, &QEventLoop::quit);
+    loop.exec();
+    timer.start();
+    for (const QWidget *widget : QApplication::topLevelWidgets()) {
+        const auto *other = qobject_cast<const QDialog *>(widget);
+        if (other != nullptr && other != dialog && other->isVisible())
+            found += QStringLiteral("the dialog \"%1\" besides the box").arg(other->windowTitle());
+    }
 }
 
 void ModalAnswerer::answerBox(QDialog *dialog, const Box &expected,

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 
 class QDialog;
@@ -34,6 +35,10 @@ public:
     ModalAnswerer();
 
     void expectBox(const Box &box, QMessageBox::StandardButton answer);
+    /// As someone does who thinks for a while first. What comes over the box meanwhile is a
+    /// problem.
+    void expectBox(const Box &box, QMessageBox::StandardButton answer,
+                   std::chrono::milliseconds thinking);
 
     /// @param answer must close the dialog, at once or by what it starts
     void expectDialog(const std::function<void(QDialog *)> &answer);
@@ -51,6 +56,7 @@ private:
     };
 
     void answerActive();
+    void think(const QDialog *dialog, std::chrono::milliseconds time);
     void answerBox(QDialog *dialog, const Box &expected, QMessageBox::StandardButton answer);
 
     QTimer timer;

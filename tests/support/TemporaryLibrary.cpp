@@ -41,6 +41,16 @@ QVariant TemporaryLibrary::value(const QString &sql)
     return query->next() ? query->value(0) : QVariant();
 }
 
+QMap<QString, int> TemporaryLibrary::counts()
+{
+    QMap<QString, int> all;
+    const std::unique_ptr<QSqlQuery> tables = database.newQuery(QStringLiteral(
+        "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%'"));
+    while (tables->next())
+        all.insert(tables->value(0).toString(), count(tables->value(0).toString()));
+    return all;
+}
+
 QStringList TemporaryLibrary::brokenReferences()
 {
     QStringList broken;

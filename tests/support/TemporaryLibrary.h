@@ -2,6 +2,7 @@
 
 #include "db/DB.h"
 
+#include <QMap>
 #include <QString>
 #include <QTemporaryDir>
 #include <QVariant>
@@ -30,6 +31,8 @@ public:
     /// The first column of the first row; null without a row.
     QVariant value(const QString &sql);
     int count(const QString &table) { return database.getNumRows(table); }
+    /// The number of rows of each table.
+    QMap<QString, int> counts();
 
     /// What `PRAGMA foreign_key_check` finds, one row a text; empty in a sound file.
     QStringList brokenReferences();
