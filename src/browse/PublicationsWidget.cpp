@@ -26,6 +26,7 @@ PublicationsWidget::PublicationsWidget(DB *database, QWidget *parent)
     connect(table->view(), &DataTableView::clicked, this, &PublicationsWidget::tableClicked);
     connect(table->view(), &DataTableView::entered, this, &PublicationsWidget::tableEntered);
     connect(table->view(), &DataTableView::viewportEntered, this, [] { showHand(false); });
+    table->view()->viewport()->installEventFilter(this);
 }
 
 PublicationsWidget::~PublicationsWidget() = default;
@@ -38,6 +39,7 @@ void PublicationsWidget::updateModel(int id)
 void PublicationsWidget::clear()
 {
     table->clear();
+    showHand(false); // the address under it is gone
 }
 
 void PublicationsWidget::newPublication()
@@ -77,8 +79,10 @@ void PublicationsWidget::tableClicked()
 
 void PublicationsWidget::showHand(bool over)
 {
-    // Cursors pile up: that of one address is to be the only one.
-    QApplication::restoreOverrideCursor();
+    // Cursors pile up: that of one address is to be the only hand, and others are not ours.
+    const QCursor *shown = QApplication::overrideCursor();
+    if (shown && shown->shape() == Qt::PointingHandCursor)
+        QApplication::restoreOverrideCursor();
     if (over)
         QApplication::setOverrideCursor(Qt::PointingHandCursor);
 }
@@ -86,6 +90,13 @@ void PublicationsWidget::showHand(bool over)
 void PublicationsWidget::tableEntered(const QModelIndex &index)
 {
     showHand(!urlAt(index).isEmpty());
+}
+
+bool PublicationsWidget::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Leave) // of the viewport, for a header, a scroll bar or a button
+        showHand(false);
+    return QWidget::eventFilter(watched, event);
 }
 
 void PublicationsWidget::mouseMoveEvent(QMouseEvent *event)

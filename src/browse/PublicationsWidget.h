@@ -42,6 +42,7 @@ signals:
     void nEleChanged(int n, const QString &eleName, const QString &eleNameP);
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void leaveEvent(QEvent *event) override;
 

@@ -30,7 +30,10 @@ private slots:
     void showsNoHandAfterSeveralAddresses();
     void showsNoHandBelowTheRows();
     void showsNoHandBesidesTheTable();
+    void showsNoHandWhenTheMouseHasLeft_data();
     void showsNoHandWhenTheMouseHasLeft();
+    void showsNoHandWhenTheFileIsClosed();
+    void leavesTheCursorsOfOthers();
 
     // Drawing
     void showsAddressesAsPlainText();
@@ -99,6 +102,7 @@ void PublicationsWidgetTest::init()
 {
     while (QApplication::overrideCursor())
         QApplication::restoreOverrideCursor();
+    QCursor::setPos(0, 0); // a mouse that stays where it is tells of no move
 }
 
 // --- Clicks ---
@@ -177,13 +181,40 @@ void PublicationsWidgetTest::showsNoHandBesidesTheTable()
     QVERIFY(!hasHand());
 }
 
+void PublicationsWidgetTest::showsNoHandWhenTheMouseHasLeft_data()
+{
+    QTest::addColumn<bool>("stillInTab");
+    QTest::newRow("the tab") << false;
+    QTest::newRow("the rows, for a header or a button") << true;
+}
+
 void PublicationsWidgetTest::showsNoHandWhenTheMouseHasLeft()
+{
+    QFETCH(const bool, stillInTab);
+    PublicationsTab mouse;
+    mouse.moveTo(withAddress, url);
+    QVERIFY(hasHand());
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(stillInTab ? mouse.tab.view()->viewport() : mouse.tab.widget(), &leave);
+    QVERIFY(!hasHand());
+}
+
+void PublicationsWidgetTest::showsNoHandWhenTheFileIsClosed()
 {
     PublicationsTab mouse;
     mouse.moveTo(withAddress, url);
-    QEvent leave(QEvent::Leave);
-    QApplication::sendEvent(mouse.tab.widget(), &leave);
+    QVERIFY(hasHand());
+    mouse.tab.clear();
     QVERIFY(!hasHand());
+}
+
+void PublicationsWidgetTest::leavesTheCursorsOfOthers()
+{
+    PublicationsTab mouse;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    mouse.tab.clear();
+    QVERIFY(QApplication::overrideCursor());
+    QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
 }
 
 // --- Drawing ---
