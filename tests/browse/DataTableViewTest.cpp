@@ -34,6 +34,7 @@ private slots:
     // Order
     void sortsNaturallyInAnyColumn_data();
     void sortsNaturallyInAnyColumn();
+    void sortsYearsAsNumbersAfterThoseThatAreMissing();
     void keepsRowsThatCompareEqualInTheirOrder();
     void sortsByTheColumnWhoseHeaderIsClicked();
     void numbersTheRowsFromTheTop();
@@ -237,11 +238,26 @@ void DataTableViewTest::sortsNaturallyInAnyColumn()
     const DrugView drugs(names);
     QTEST(drugs.shown(), "sorted");
 
-    // Ids are numbers, years are often missing: both are sorted by the text that they show.
+    // Ids are numbers, and are sorted by the text that they show.
     DrugView ids(numbered(12));
     ids.view.sortByColumn(0, Qt::DescendingOrder);
     QCOMPARE(ids.shown().first(), QStringLiteral("drug 12"));
     QCOMPARE(ids.shown().last(), QStringLiteral("drug 1"));
+}
+
+void DataTableViewTest::sortsYearsAsNumbersAfterThoseThatAreMissing()
+{
+    TemporaryLibrary library;
+    library.run("INSERT INTO Publication (Title, Year) VALUES('a', 10), ('b', 2), ('c', NULL), "
+                "('d', 100)");
+    DataTableView view(nullptr);
+    view.setModel(library.db()->newTableModel("Publication").release(), 1, Qt::AscendingOrder);
+    constexpr int year = 3;
+    view.sortByColumn(year, Qt::AscendingOrder);
+    QStringList years;
+    for (int row = 0; row < view.model()->rowCount(); ++row)
+        years += view.model()->index(row, year).data().toString();
+    QCOMPARE(years, QStringList({"", "2", "10", "100"}));
 }
 
 void DataTableViewTest::keepsRowsThatCompareEqualInTheirOrder()

@@ -528,7 +528,12 @@ void ElementEditingTest::editsTheCurrentOfSeveralRows()
     QCOMPARE(tab.enabledButtons(), QStringList("Delete"));
     Dialogs dialogs(&tab);
     dialogs.answer("renamed");
-    emit tab.view()->doubleClicked(tab.view()->currentIndex());
+    // The second press of a double click with Ctrl, whose first one has selected the row.
+    const QPoint place = tab.centre(names.at(4));
+    QMouseEvent twice(QEvent::MouseButtonDblClick, place,
+                      tab.view()->viewport()->mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
+                      Qt::ControlModifier);
+    QApplication::sendEvent(tab.view()->viewport(), &twice);
     QCOMPARE(dialogs.answerer.problems(), QStringList());
     QCOMPARE(dialogs.seen, dialogs.expected("Edit", names.at(4)));
     QVERIFY(tab.shown().contains("renamed"));

@@ -1,5 +1,6 @@
 #include "ActionTrees.h"
 #include "PlainSearch.h"
+#include "StepwiseWalks.h"
 #include "browse/SearchStatement.h"
 #include "support/TestData.h"
 
@@ -35,6 +36,8 @@ private slots:
     void countsNoOrgansAsZero();
 
     // Action trees
+    void agreesWithStepwiseWalks_data();
+    void agreesWithStepwiseWalks();
     void asksForNothingWhereNoManipulationMatches();
     void asksForNothingFromManipulationsWhateverTheMorphology_data();
     void asksForNothingFromManipulationsWhateverTheMorphology();
@@ -123,6 +126,12 @@ void addDrug(TemporaryLibrary *library, const QString &name, const QList<int> &e
                          .arg(experiment)
                          .arg(drug));
 }
+
+// Of a statement for the morphologies by their manipulations.
+const QString unionHead = "SELECT Morphology.Id, Morphology.Name AS Morphology, T.ManipulationName "
+                          "AS 'Manipulation' FROM Morphology INNER JOIN (SELECT ";
+const QString unionTail = ") AS T ON Morphology.Id = T.MorphologyId "
+                          "GROUP BY Morphology.Id, T.ManipulationName";
 
 constexpr int drugOfExperiment = 3;
 constexpr int manipulationOfMorphology = 11;
@@ -294,6 +303,48 @@ void SearchAnswersTest::countsNoOrgansAsZero()
 
 // --- Action trees ---
 
+void SearchAnswersTest::agreesWithStepwiseWalks_data()
+{
+    QTest::addColumn<int>("operatorIndex");
+    QTest::addColumn<QString>("comparison");
+    QTest::addColumn<QString>("value");
+    const auto add = [](const char *name, int op, const char *comparison, const char *value) {
+        QTest::newRow(name) << op << QString(comparison) << QString(value);
+    };
+    add("equal to a name", 1, "LIKE ?", "Double cut");
+    add("equal to a pattern", 1, "LIKE ?", "%cut%");
+    add("less than a text", 2, "< ?", "I");
+    add("greater than a text", 3, "> ?", "I");
+}
+
+void SearchAnswersTest::agreesWithStepwiseWalks()
+{
+    QFETCH(const int, operatorIndex);
+    QFETCH(const QString, comparison);
+    QFETCH(const QString, value);
+    TemporaryLibrary library("library.edb");
+    const QHash<int, QString> walked =
+        StepwiseWalks(library.db(), comparison, value).morphologiesWithManipulationName();
+    QVERIFY(!walked.isEmpty());
+    QStringList rows;
+    QStringList entries;
+    for (auto found = walked.cbegin(); found != walked.cend(); ++found) {
+        const QString id = QString::number(found.key());
+        const QString worm =
+            library.value("SELECT Name FROM Morphology WHERE Id = " + id).toString();
+        rows += QStringList({id, worm, found.value()}).join(" | ");
+        entries += id + ": " + found.value();
+    }
+    std::sort(rows.begin(), rows.end());
+    std::sort(entries.begin(), entries.end());
+    const SearchStatement statement({2, manipulationOfMorphology, operatorIndex, value},
+                                    library.db());
+    QVERIFY(statement.text().startsWith(unionHead));
+    QVERIFY(statement.text().endsWith(unionTail));
+    QCOMPARE(terms(statement.text(), unionHead, unionTail), entries);
+    QCOMPARE(rowsOf(*statement.newModel(library.db())), rows);
+}
+
 void SearchAnswersTest::asksForNothingWhereNoManipulationMatches()
 {
     TemporaryLibrary library("library.edb");
@@ -352,17 +403,13 @@ void SearchAnswersTest::writesManyManipulationsInOneCompound()
     TemporaryLibrary library;
     addCuts(&library, 500);
     const SearchStatement statement({2, manipulationOfMorphology, 0, "cut"}, library.db());
-    const QString head = "SELECT Morphology.Id, Morphology.Name AS Morphology, T.ManipulationName "
-                         "AS 'Manipulation' FROM Morphology INNER JOIN (SELECT ";
-    const QString tail = ") AS T ON Morphology.Id = T.MorphologyId "
-                         "GROUP BY Morphology.Id, T.ManipulationName";
-    QVERIFY(statement.text().startsWith(head));
-    QVERIFY(statement.text().endsWith(tail));
+    QVERIFY(statement.text().startsWith(unionHead));
+    QVERIFY(statement.text().endsWith(unionTail));
     QStringList expected;
     for (int i = 1; i <= 500; ++i)
         expected += QStringLiteral("%1: Cut %1").arg(i);
     std::sort(expected.begin(), expected.end());
-    QCOMPARE(terms(statement.text(), head, tail), expected);
+    QCOMPARE(terms(statement.text(), unionHead, unionTail), expected);
     QCOMPARE(statement.text().count(" as 'MorphologyId', 'Cut "), 1);
     QCOMPARE(statement.text().count("' as 'ManipulationName'"), 1);
     QCOMPARE(rowsOf(*statement.newModel(library.db())), cuts(500));
