@@ -14,6 +14,7 @@ void ImportProgressDialog::start(const QString &label, int maximum)
     QObject::connect(form, &QDialog::finished, dialog.get(), &QProgressDialog::cancel);
     dialog->setWindowModality(Qt::WindowModal);
     dialog->setMinimumDuration(500);
+    dialog->setAutoReset(false); // it would forget that it was aborted during the last row
     done = 0;
     dialog->setValue(done);
 }

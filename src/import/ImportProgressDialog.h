@@ -26,7 +26,7 @@ public:
 private:
     QDialog *form;
     std::unique_ptr<QProgressDialog> dialog; // from start() on
-    int done = 0; // kept here, since the dialog forgets its own at the end of its range
+    int done = 0; // kept here, since the dialog forgets its own when it is aborted
 };
 
 } // namespace Planaria
