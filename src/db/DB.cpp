@@ -10,6 +10,10 @@ namespace Planaria {
 
 namespace {
 
+constexpr int busyCode = 5; // SQLITE_BUSY
+constexpr auto shortWait = "PRAGMA busy_timeout = 300";
+constexpr auto usualWait = "PRAGMA busy_timeout = 5000";
+
 /// QVariant::isNull() alone does not see that a text in it is null.
 bool isNull(const QVariant &value)
 {
@@ -24,6 +28,13 @@ QString whereNull(const QString &column)
 QString whereEqual(const QString &column)
 {
     return QStringLiteral(" WHERE %1=?").arg(column);
+}
+
+/// SQLite's code of the error at which @p query ended, without the details; 0 without an error.
+int errorCode(const QSqlQuery &query)
+{
+    constexpr int primaryCode = 0xFF; // the rest of an extended code tells more of the reason
+    return query.lastError().nativeErrorCode().toInt() & primaryCode;
 }
 
 /// Reads its rows to their end. Views hear of one reset, and not of each portion that is fetched.
@@ -88,6 +99,16 @@ void DB::disconnect()
 bool DB::isConnected() const
 {
     return database.isOpen();
+}
+
+bool DB::isLocked()
+{
+    QSqlQuery query(database);
+    query.exec(QLatin1String(shortWait));
+    query.exec(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"));
+    const bool locked = errorCode(query) == busyCode;
+    query.exec(QLatin1String(usualWait));
+    return locked;
 }
 
 QString DB::fileName() const
@@ -167,8 +188,6 @@ bool DB::startWholeWrite(bool *locked)
 {
     // Readers have to be out too: they would hold up the commit, or the first write that does not
     // fit into memory, each time for as long as SQLite is told to wait.
-    constexpr auto shortWait = "PRAGMA busy_timeout = 300";
-    constexpr auto usualWait = "PRAGMA busy_timeout = 5000";
     if (!isConnected() || transactionDepth > 0 || wholeWrite != WholeWriteState::None)
         return false;
     rowCache.reset();
@@ -178,9 +197,7 @@ bool DB::startWholeWrite(bool *locked)
     const bool ok = query.exec(QStringLiteral("BEGIN EXCLUSIVE"));
     if (!ok) {
         lastWriteError = query.lastError().text();
-        constexpr int busy = 5;
-        constexpr int primaryCode = 0xFF; // the rest of an extended code tells more of the reason
-        *locked = (query.lastError().nativeErrorCode().toInt() & primaryCode) == busy;
+        *locked = errorCode(query) == busyCode;
     }
     query.exec(QLatin1String(usualWait));
     if (ok) {
@@ -242,13 +259,30 @@ std::unique_ptr<QSqlQuery> DB::newQuery(const QString &sql, const QList<QVariant
         query->exec(sql);
     } else {
         query->prepare(sql);
+        noteReadError(*query); // executed all the same, it hides its error behind another
         for (const QVariant &value : values)
             query->addBindValue(value);
         query->exec();
     }
+    noteReadError(*query);
     if (query->isActive() && !query->isSelect())
         rowCache.reset();
     return query;
+}
+
+bool DB::nextRow(QSqlQuery *query)
+{
+    if (query->next())
+        return true;
+    noteReadError(*query);
+    return false;
+}
+
+void DB::noteReadError(const QSqlQuery &query)
+{
+    constexpr int wrongStatement = 1; // something that it names is missing
+    if (errorCode(query) > wrongStatement)
+        readError = true;
 }
 
 std::unique_ptr<QSqlQuery> DB::newTableQuery(const QString &table)
@@ -368,7 +402,7 @@ std::shared_ptr<RowCursor> DB::rowCursor(const QString &table, int id)
 {
     if (rowCache)
         return rowCache->rows(table, QStringLiteral("Id"), id);
-    return std::make_shared<QueryCursor>(newTableQuery(table, id));
+    return std::make_shared<QueryCursor>(this, newTableQuery(table, id));
 }
 
 std::shared_ptr<RowCursor> DB::childCursor(const QString &table, const QString &column, int id,
@@ -376,9 +410,9 @@ std::shared_ptr<RowCursor> DB::childCursor(const QString &table, const QString &
 {
     if (rowCache)
         return rowCache->rows(table, column, id, orderBy);
-    return std::make_shared<QueryCursor>(orderBy.isEmpty()
-                                             ? newTableQuery(table, column, id)
-                                             : newTableQuery(table, column, id, orderBy));
+    return std::make_shared<QueryCursor>(this, orderBy.isEmpty()
+                                                   ? newTableQuery(table, column, id)
+                                                   : newTableQuery(table, column, id, orderBy));
 }
 
 std::shared_ptr<RowCursor> DB::joinCursor(const QString &table, const QString &column,
@@ -388,10 +422,10 @@ std::shared_ptr<RowCursor> DB::joinCursor(const QString &table, const QString &c
     if (rowCache)
         return rowCache->joinedRows(table, column, joinTable, joinColumn, id);
     return std::make_shared<QueryCursor>(
-        newQuery(QStringLiteral("SELECT DISTINCT %1.* FROM %1 INNER JOIN %3 ON %1.%2 = %3.Id "
-                                "WHERE %3.%4 = %5;")
-                     .arg(table, column, joinTable, joinColumn)
-                     .arg(id)));
+        this, newQuery(QStringLiteral("SELECT DISTINCT %1.* FROM %1 INNER JOIN %3 ON %1.%2 = %3.Id "
+                                      "WHERE %3.%4 = %5;")
+                           .arg(table, column, joinTable, joinColumn)
+                           .arg(id)));
 }
 
 std::shared_ptr<RowCursor> DB::indirectCursor(const QString &table, const QString &linkTable,
@@ -399,10 +433,10 @@ std::shared_ptr<RowCursor> DB::indirectCursor(const QString &table, const QStrin
                                               int id)
 {
     return std::make_shared<QueryCursor>(
-        newQuery(QStringLiteral("SELECT DISTINCT %1.* FROM %1 INNER JOIN %2 ON %2.%1 = %1.Id "
-                                "INNER JOIN %3 ON %3.Id = %2.%3 WHERE %3.%4 = %5;")
-                     .arg(table, linkTable, joinTable, joinColumn)
-                     .arg(id)));
+        this, newQuery(QStringLiteral("SELECT DISTINCT %1.* FROM %1 INNER JOIN %2 ON %2.%1 = %1.Id "
+                                      "INNER JOIN %3 ON %3.Id = %2.%3 WHERE %3.%4 = %5;")
+                           .arg(table, linkTable, joinTable, joinColumn)
+                           .arg(id)));
 }
 
 // --- Rows ---

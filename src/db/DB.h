@@ -39,6 +39,8 @@ public:
     [[nodiscard]] int connect(const QString &fileName, bool fastMode);
     void disconnect();
     [[nodiscard]] bool isConnected() const;
+    /// Whether another program keeps the file from being read, for longer than a commit takes.
+    [[nodiscard]] bool isLocked();
     /// As it was given to connect(); empty where nothing is open.
     [[nodiscard]] QString fileName() const;
 
@@ -72,6 +74,15 @@ public:
     std::unique_ptr<QSqlQuery> newTableQuery(const QString &table, const QString &column, int id);
     std::unique_ptr<QSqlQuery> newTableQuery(const QString &table, const QString &column, int id,
                                              const QString &orderBy);
+
+    /// Steps to the next row of @p query, and keeps in mind where an error ends the rows early.
+    bool nextRow(QSqlQuery *query);
+
+    /// Whether the file could not be read (it is damaged, locked, or the disk fails) since
+    /// forgetReadError(): then what came as the last row of a query or cursor may not be the last.
+    /// A statement about a table or column that the file lacks does not count.
+    [[nodiscard]] bool hasReadError() const { return readError; }
+    void forgetReadError() { readError = false; }
 
     // Models are read to their end, so that row numbers and counts can be relied on. updateModel()
     // resets them once.
@@ -157,6 +168,8 @@ private:
     /// Ends the transaction in the file, without the levels that are still open above it.
     bool rollBack();
 
+    void noteReadError(const QSqlQuery &query);
+
     /// Executes @p sql; its error is kept for lastError().
     bool execute(const QString &sql);
     bool execute(QSqlQuery &query, const QString &sql, const QList<QVariant> &values);
@@ -164,6 +177,7 @@ private:
     QSqlDatabase database;
     int transactionDepth = 0;
     QString lastWriteError;
+    bool readError = false;
     WholeWriteState wholeWrite = WholeWriteState::None;
 
     std::unique_ptr<RowCache> rowCache; // null outside of bulk reading, and after a write in it

@@ -44,7 +44,7 @@ public:
         row.reset();
         while (ids.next()) {
             row = db->newTableQuery(table, ids.value(0).toInt());
-            if (row->next()) // it may be gone by now, at the hand of another program
+            if (db->nextRow(row.get())) // it may be gone by now, at the hand of another program
                 return true;
         }
         return false;
@@ -117,7 +117,7 @@ std::shared_ptr<const RowCache::Rows> RowCache::read(const QString &sql) const
     auto result = std::make_shared<Rows>();
     const std::unique_ptr<QSqlQuery> query = db->newQuery(sql);
     result->columns = std::max(query->record().count() - 1, 0);
-    for (qsizetype row = 0; query->next(); ++row) {
+    for (qsizetype row = 0; db->nextRow(query.get()); ++row) {
         for (int column = 0; column < result->columns; ++column)
             result->values.push_back(query->value(column));
         const QVariant key = query->value(result->columns);
@@ -136,7 +136,7 @@ bool RowCache::hasBlob(const QString &table)
     bool blob = false;
     const std::unique_ptr<QSqlQuery> query =
         db->newQuery(QStringLiteral("PRAGMA table_info(%1)").arg(table));
-    while (query->next())
+    while (db->nextRow(query.get()))
         blob |= query->value(QStringLiteral("type")).toString() == QLatin1String("BLOB");
     blobTables.insert(table, blob);
     return blob;

@@ -1,5 +1,7 @@
 #include "db/RowCursor.h"
 
+#include "db/DB.h"
+
 #include <cmath>
 #include <limits>
 
@@ -19,11 +21,14 @@ double finiteNumber(const QVariant &value)
     return std::isfinite(number) ? number : 0.0;
 }
 
-QueryCursor::QueryCursor(std::unique_ptr<QSqlQuery> executed) : query(std::move(executed)) {}
+QueryCursor::QueryCursor(DB *database, std::unique_ptr<QSqlQuery> executed)
+    : db(database), query(std::move(executed))
+{
+}
 
 bool QueryCursor::next()
 {
-    return query->next();
+    return db->nextRow(query.get());
 }
 
 QVariant QueryCursor::value(int column) const

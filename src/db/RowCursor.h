@@ -7,6 +7,8 @@
 
 namespace Planaria {
 
+class DB;
+
 /// A walk over rows of the file, forwards only. It starts before the first row. A parent and the
 /// children that it makes share one cursor, so that each child reads the row the parent stands on.
 class RowCursor
@@ -37,12 +39,14 @@ double finiteNumber(const QVariant &value);
 class QueryCursor final : public RowCursor
 {
 public:
-    explicit QueryCursor(std::unique_ptr<QSqlQuery> executed);
+    /// @param database outlives the cursor
+    QueryCursor(DB *database, std::unique_ptr<QSqlQuery> executed);
 
     bool next() override;
     [[nodiscard]] QVariant value(int column) const override;
 
 private:
+    DB *db;
     std::unique_ptr<QSqlQuery> query;
 };
 

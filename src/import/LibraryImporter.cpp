@@ -209,18 +209,16 @@ ImportLists &LibraryImporter::lists(ImportKind kind)
 bool LibraryImporter::populateElements(ImportProgress &progress,
                                        const std::function<void(ImportKind)> &compared)
 {
+    startReading();
     const SteadyRead sourceRead(source);
     const SteadyRead destinationRead(destination);
-    total_ = 0;
-    lists_ = {};
-    idMaps = {};
-    namesakes = {};
+    forgetComparison();
+    if (!sourceRead.isReadable() || !destinationRead.isReadable())
+        return false; // compared with nothing, everything would look new
     int maximum = 0;
     for (const Kind &kind : kinds())
         maximum += source->getNumRows(kind.table);
     progress.start(kinds().front().comparing, maximum);
-    if (!sourceRead.isReadable() || !destinationRead.isReadable())
-        return false; // compared with nothing, everything would look new
 
     for (size_t i = 0; i < kinds().size(); ++i) {
         if (i > 0) {
@@ -229,9 +227,34 @@ bool LibraryImporter::populateElements(ImportProgress &progress,
                 return false;
         }
         total_ += (this->*kinds().at(i).populate)(progress);
+        if (isReadFailed()) {
+            forgetComparison(); // what could not be read would look modified or deleted
+            return false;
+        }
         compared(static_cast<ImportKind>(i));
     }
     return true;
+}
+
+void LibraryImporter::startReading()
+{
+    source->forgetReadError();
+    destination->forgetReadError();
+}
+
+bool LibraryImporter::isReadFailed() const
+{
+    return source->hasReadError() || destination->hasReadError();
+}
+
+void LibraryImporter::forgetComparison()
+{
+    total_ = 0;
+    lists_ = {};
+    idMaps = {};
+    namesakes = {};
+    sourceRows = {};
+    destinationRows = {};
 }
 
 template <typename T> int LibraryImporter::populateElement(ImportProgress &progress)
@@ -271,7 +294,7 @@ std::vector<ImportRow> LibraryImporter::tableItems(DB *db, const QString &table,
 {
     std::vector<ImportRow> rows;
     const std::unique_ptr<QSqlQuery> query = db->newTableQuery(table);
-    while (query->next()) {
+    while (db->nextRow(query.get())) {
         const ImportRow row{query->value(nameColumn).toString(), rowId(query->value(0))};
         // Without a name it is nothing that elements could refer to (a damaged file).
         if (row.id < 1 || row.name.isNull())
@@ -313,7 +336,10 @@ LibraryImporter::Outcome LibraryImporter::importElements(ImportProgress &progres
     WholeWrite write(destination);
     if (write.state() == WholeWrite::State::Locked)
         return Outcome::Locked;
+    if (write.state() != WholeWrite::State::Open)
+        return Outcome::Failed;
 
+    startReading();
     const auto knownBefore = idMaps;
     const Outcome outcome = carryOut(progress, write);
     // What was taken back is in the file no more; a second attempt must not refer to it.
@@ -332,11 +358,11 @@ LibraryImporter::Outcome LibraryImporter::carryOut(ImportProgress &progress, Who
         std::optional<ReferenceIndexes> indexes;
         if (ticked() >= manyElements)
             indexes.emplace(destination);
-        if (write.state() != WholeWrite::State::Open)
+        if (write.state() != WholeWrite::State::Open) // the indexes may have filled the disk
             return Outcome::Failed;
         finished = runSteps(progress, write);
     }
-    if (write.state() != WholeWrite::State::Open)
+    if (write.state() != WholeWrite::State::Open || isReadFailed())
         return Outcome::Failed;
     if (!finished)
         return Outcome::Canceled;
@@ -380,7 +406,7 @@ bool LibraryImporter::runSteps(ImportProgress &progress, WholeWrite &write)
 
 bool LibraryImporter::isOver(const ImportProgress &progress) const
 {
-    return progress.wasCanceled() || !failedElement_.isNull();
+    return progress.wasCanceled() || !failedElement_.isNull() || isReadFailed();
 }
 
 template <typename Action>

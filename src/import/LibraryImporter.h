@@ -64,8 +64,9 @@ public:
 
     /// Compares the libraries kind by kind, and writes nothing.
     /// @param compared called after each kind, with its lists ready
-    /// @return false where it was cancelled before the last kind was begun. Cancelled within the
-    /// last, it is done all the same, with lists that are not complete.
+    /// @return false where a file cannot be read, in whole or in part, or where it was cancelled
+    /// before the last kind was begun. Cancelled within the last, it is done all the same, with
+    /// lists that are not complete.
     [[nodiscard]] bool populateElements(ImportProgress &progress,
                                         const std::function<void(ImportKind)> &compared);
 
@@ -79,7 +80,7 @@ public:
         Done,
         Canceled,
         Locked, ///< Another program uses the destination.
-        Failed  ///< See failedElement(); or the elements are not those that were compared.
+        Failed  ///< See failedElement(); or a file cannot be read, or is not as it was compared.
     };
 
     /// Carries out what is ticked, in one transaction: unless it is done, the destination is as it
@@ -121,6 +122,11 @@ private:
     void applyChanges(Experiment &experiment);
     template <typename T> void applyChanges(T &element);
     template <typename T> void rebind(T *element);
+
+    void startReading();
+    /// Whether something could not be read since startReading().
+    [[nodiscard]] bool isReadFailed() const;
+    void forgetComparison();
 
     Outcome carryOut(ImportProgress &progress, WholeWrite &write);
     template <typename Action>

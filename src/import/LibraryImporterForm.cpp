@@ -263,8 +263,9 @@ void LibraryImporterForm::tellFailure(LibraryImporter::Outcome outcome)
     else if (outcome == LibraryImporter::Outcome::Failed && element.isEmpty())
         tell(QStringLiteral("Import error"),
              QStringLiteral("Unable to import into the database file (%1): it cannot be written, "
-                            "or one of the files has changed since they were compared. Nothing "
-                            "was imported. Please, close the dialog and try again.")
+                            "or one of the files cannot be read or has changed since they were "
+                            "compared. Nothing was imported. Please, close the dialog and try "
+                            "again.")
                  .arg(file));
     else if (outcome == LibraryImporter::Outcome::Failed)
         tell(QStringLiteral("Import error"),

@@ -3,6 +3,7 @@
 #include "db/PlainSqlite.h"
 #include "support/TestData.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QProcess>
@@ -67,6 +68,33 @@ private:
     QStringList before;
 };
 
+/// Overwrites the start of the first page of @p table, as a failing disk may.
+void damage(TemporaryLibrary *library, const QString &table)
+{
+    const int page =
+        library
+            ->value(
+                QStringLiteral("SELECT rootpage FROM sqlite_master WHERE name = '%1'").arg(table))
+            .toInt();
+    const int size = library->value("PRAGMA page_size").toInt();
+    library->db()->disconnect(); // it holds pages in memory
+    const QByteArray rubbish(64, '\xFF');
+    QFile file(library->fileName());
+    if (page < 1 || !file.open(QIODevice::ReadWrite) || !file.seek(qint64{page - 1} * size) ||
+        file.write(rubbish) != rubbish.size())
+        qFatal("cannot damage %s", qUtf8Printable(table));
+    file.close();
+    if (library->db()->connect(library->fileName(), false) != DB::Opened)
+        qFatal("cannot open the damaged file");
+}
+
+void addPartsOfElements()
+{
+    QTest::addColumn<QString>("table");
+    for (const char *table : {"RegionParam", "MorphologyImage", "ResultSet"})
+        QTest::newRow(table) << table;
+}
+
 /// Runs the program that imports, and kills it: at @p row, or @p delay microseconds after it has
 /// told of the first, where no row is given.
 /// @return why it ended, where it did so by itself
@@ -106,6 +134,13 @@ private slots:
     void writesNothingToALockedDestination_data();
     void writesNothingToALockedDestination();
     void readsNothingFromALockedSource();
+    void comparesNothingWithADamagedSource_data() { addPartsOfElements(); }
+    void comparesNothingWithADamagedSource();
+    void comparesNothingWithADamagedDestination_data() { addPartsOfElements(); }
+    void comparesNothingWithADamagedDestination();
+    void leavesNothingWhereTheSourceIsDamagedLater_data() { addPartsOfElements(); }
+    void leavesNothingWhereTheSourceIsDamagedLater();
+    void leavesATransactionOfOthersAlone();
     void asksForAnotherComparisonWhereElementsHaveChanged_data();
     void asksForAnotherComparisonWhereElementsHaveChanged();
     void leavesNothingWhereItIsKilled();
@@ -269,7 +304,73 @@ void InterruptedImportsTest::readsNothingFromALockedSource()
     RecordedProgress progress;
     QVERIFY(!importer.populateElements(progress, [](ImportKind) {}));
     QCOMPARE(importer.total(), 0);
+    QCOMPARE(progress.labels, QStringList()); // each further look would wait for the lock again
     QCOMPARE(other.run("ROLLBACK"), 0);
+    QVERIFY(libraries.arrives());
+}
+
+namespace {
+
+/// Compares two libraries, one of them damaged, and imports all the same.
+/// @return what was found or written, and should not have been
+QStringList tracesOfMerge(LibraryPair *pair)
+{
+    QStringList traces;
+    pair->importer = std::make_unique<LibraryImporter>(pair->source.db(), pair->destination.db());
+    RecordedProgress progress;
+    if (pair->importer->populateElements(progress, [](ImportKind) {}))
+        traces += "compared";
+    traces += pair->listed();
+    if (pair->importer->total() != 0)
+        traces += "rows";
+    if (pair->import() != Outcome::Failed)
+        traces += "imported";
+    return traces;
+}
+
+} // namespace
+
+void InterruptedImportsTest::comparesNothingWithADamagedSource()
+{
+    QFETCH(const QString, table);
+    LibraryPair pair("import/src.edb", "import/src.edb");
+    damage(&pair.source, table);
+    const QStringList before = dumpOf(pair.destination.db());
+    QCOMPARE(tracesOfMerge(&pair), QStringList());
+    QCOMPARE(dumpOf(pair.destination.db()), before);
+    QCOMPARE(pair.faults(), QStringList());
+}
+
+void InterruptedImportsTest::comparesNothingWithADamagedDestination()
+{
+    QFETCH(const QString, table);
+    LibraryPair pair("import/src.edb", "import/src.edb");
+    damage(&pair.destination, table);
+    const QStringList before = dumpOf(pair.destination.db());
+    QCOMPARE(tracesOfMerge(&pair), QStringList());
+    QCOMPARE(dumpOf(pair.destination.db()), before);
+}
+
+void InterruptedImportsTest::leavesNothingWhereTheSourceIsDamagedLater()
+{
+    QFETCH(const QString, table);
+    TickedPair libraries;
+    damage(&libraries.pair.source, table);
+    QCOMPARE(libraries.pair.import(), Outcome::Failed);
+    QCOMPARE(libraries.importer()->failedElement(), QString());
+    QCOMPARE(libraries.traces(), QStringList());
+}
+
+void InterruptedImportsTest::leavesATransactionOfOthersAlone()
+{
+    TickedPair libraries;
+    TemporaryLibrary *library = libraries.destination();
+    QVERIFY(library->db()->beginTransaction());
+    const QVariant structure = library->value("PRAGMA schema_version");
+    QCOMPARE(libraries.pair.import(), Outcome::Failed);
+    QCOMPARE(library->value("PRAGMA schema_version"), structure); // no index came and went
+    QVERIFY(library->db()->endTransaction());
+    QCOMPARE(libraries.traces(), QStringList());
     QVERIFY(libraries.arrives());
 }
 

@@ -8,6 +8,7 @@
 #include "support/ProgressWatcher.h"
 #include "support/TestData.h"
 
+#include <QFile>
 #include <QHeaderView>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -147,6 +148,7 @@ private slots:
     void showsTheProgressOfTheComparison();
     void closesWhenTheComparisonIsAborted_data();
     void closesWhenTheComparisonIsAborted();
+    void leavesTheLastListsOpenWhenTheyAreAborted_data();
     void leavesTheLastListsOpenWhenTheyAreAborted();
     void endsTheComparisonWhenItIsClosed();
     void endsALongComparisonByTheButton();
@@ -170,10 +172,12 @@ private slots:
     void staysOpenWhenTheImportIsAborted_data();
     void staysOpenWhenTheImportIsAborted();
     void importsAfterAnAbort();
+    void endsTheImportWhenItIsClosed_data();
     void endsTheImportWhenItIsClosed();
     void endsALongImportByTheButton();
 
     // Failures
+    void tellsThatAFileCannotBeRead();
     void tellsThatTheDestinationIsLocked();
     void refusesFilesThatHaveChangedSince_data();
     void refusesFilesThatHaveChangedSince();
@@ -611,14 +615,22 @@ void LibraryImporterFormTest::closesWhenTheComparisonIsAborted()
     QCOMPARE(content(source.get()) + content(destination.get()), before);
 }
 
+void LibraryImporterFormTest::leavesTheLastListsOpenWhenTheyAreAborted_data()
+{
+    QTest::addColumn<bool>("atTheEnd");
+    QTest::newRow("within them") << false;
+    QTest::newRow("after the last row") << true;
+}
+
 void LibraryImporterFormTest::leavesTheLastListsOpenWhenTheyAreAborted()
 {
+    QFETCH(const bool, atTheEnd);
     int before = 0;
     for (const KindOfElements &each : kinds) {
         if (each.kind != ImportKind::Publications)
             before += source->count(each.table);
     }
-    const ProgressWatcher progress(before + 2);
+    const ProgressWatcher progress(before + (atTheEnd ? source->count("Publication") : 2));
     OpenImporter open(source.get(), destination.get());
     open.compare();
     QVERIFY(open.form.isVisible());
@@ -870,6 +882,8 @@ void LibraryImporterFormTest::addAborts()
     QTest::newRow("manipulations") << 19;
     QTest::newRow("experiments") << 26;
     QTest::newRow("deletion") << 33;
+    QTest::newRow("before the last row") << 46;
+    QTest::newRow("after the last row") << 47;
 }
 
 void LibraryImporterFormTest::staysOpenWhenTheImportIsAborted_data()
@@ -910,15 +924,24 @@ void LibraryImporterFormTest::importsAfterAnAbort()
     QCOMPARE(again.parts.rows().filter(": +"), QStringList());
 }
 
+void LibraryImporterFormTest::endsTheImportWhenItIsClosed_data()
+{
+    QTest::addColumn<int>("value");
+    QTest::newRow("in the midst") << 10;
+    QTest::newRow("before the last row") << 46;
+    QTest::newRow("after the last row") << 47;
+}
+
 void LibraryImporterFormTest::endsTheImportWhenItIsClosed()
 {
+    QFETCH(const int, value);
     OpenImporter open(source.get(), destination.get());
     open.compare();
     const QStringList before = content(destination.get());
-    const ProgressWatcher progress(10, [&open] { open.form.reject(); });
+    const ProgressWatcher progress(value, [&open] { open.form.reject(); });
     open.parts.press(QDialogButtonBox::Ok);
     QVERIFY(open.isRejected());
-    QCOMPARE(progress.values.last(), 10);
+    QCOMPARE(progress.values.last(), value);
     QCOMPARE(content(destination.get()), before);
 }
 
@@ -943,6 +966,29 @@ void LibraryImporterFormTest::endsALongImportByTheButton()
 }
 
 // --- Failures ---
+
+void LibraryImporterFormTest::tellsThatAFileCannotBeRead()
+{
+    const QStringList before = content(destination.get());
+    source->db()->disconnect();
+    QFile file(source->fileName());
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QVERIFY(file.write("no database at all") > 0);
+    file.close();
+    QCOMPARE(source->db()->connect(source->fileName(), false), int(DB::Opened));
+
+    ModalAnswerer answerer;
+    answerer.expectBox({"Cannot compare databases",
+                        "Unable to read both database files. Another program may be using one of "
+                        "them.",
+                        QMessageBox::Cancel, QMessageBox::Cancel, QMessageBox::Critical},
+                       QMessageBox::Cancel);
+    OpenImporter open(source.get(), destination.get());
+    open.compare();
+    QCOMPARE(answerer.problems(), QStringList());
+    QVERIFY(open.isRejected());
+    QCOMPARE(content(destination.get()), before);
+}
 
 void LibraryImporterFormTest::tellsThatTheDestinationIsLocked()
 {
@@ -974,8 +1020,8 @@ void LibraryImporterFormTest::tellsThatTheDestinationIsLocked()
 
 static const QString unknownFailure =
     "Unable to import into the database file (library.edb): it cannot be written, or one of the "
-    "files has changed since they were compared. Nothing was imported. Please, close the dialog "
-    "and try again.";
+    "files cannot be read or has changed since they were compared. Nothing was imported. Please, "
+    "close the dialog and try again.";
 
 void LibraryImporterFormTest::refusesFilesThatHaveChangedSince_data()
 {

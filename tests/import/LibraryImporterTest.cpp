@@ -101,6 +101,7 @@ private slots:
     void stopsComparingWhereItIsCanceled();
     void leavesTheLastListsIncompleteWhereItIsCanceledInThem();
     void knowsThePairsOfAComparisonThatWasCutShort();
+    void forgetsTheComparisonBeforeOneThatWasCutShort();
     void comparesAFileWithItself();
 
     // Importing
@@ -350,6 +351,22 @@ void LibraryImporterTest::knowsThePairsOfAComparisonThatWasCutShort()
     QCOMPARE(pair.destination.count("Publication"), 1);
     QCOMPARE(pair.destination.value("SELECT Year FROM Publication").toInt(), 1850);
     QCOMPARE(pair.destination.value("SELECT Publication FROM Experiment").toInt(), 9);
+}
+
+void LibraryImporterTest::forgetsTheComparisonBeforeOneThatWasCutShort()
+{
+    LibraryPair pair("import/src.edb", "import/dst.edb");
+    LibraryImporter importer(pair.source.db(), pair.destination.db());
+    RecordedProgress whole;
+    QVERIFY(importer.populateElements(whole, [](ImportKind) {}));
+    RecordedProgress half(whole.questions / 2);
+    QVERIFY(!importer.populateElements(half, [](ImportKind) {}));
+    QVERIFY(importer.lists(Experiments).total() > 0);
+
+    const QByteArray before = bytesOf(pair.destination.fileName());
+    RecordedProgress importing;
+    QCOMPARE(importer.importElements(importing), Outcome::Failed);
+    QCOMPARE(bytesOf(pair.destination.fileName()), before);
 }
 
 void LibraryImporterTest::comparesAFileWithItself()
