@@ -2,25 +2,9 @@
 #include "import/LibraryImporterForm.h"
 #include "main/MainWindow.h"
 
-#include <QSqlError>
-
 // The command of MainWindow that merges another library into the open one.
 
 namespace Planaria {
-
-namespace {
-
-/// Whether another program keeps the file of @p db from being read, for longer than a commit takes.
-bool isLocked(DB *db)
-{
-    constexpr int busy = 5; // SQLITE_BUSY
-    db->newQuery(QStringLiteral("PRAGMA busy_timeout = 300"));
-    const auto query = db->newQuery(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"));
-    db->newQuery(QStringLiteral("PRAGMA busy_timeout = 5000"));
-    return query->lastError().nativeErrorCode().toInt() == busy;
-}
-
-} // namespace
 
 void MainWindow::tellLocked(const QString &name)
 {
@@ -42,16 +26,24 @@ void MainWindow::importDB()
         return;
     }
     // Everything in a file that cannot be read would seem to be missing.
-    if (isLocked(source.get())) {
+    if (source->isLocked()) {
         tellLocked(name);
         return;
     }
-    if (isLocked(db.get())) {
+    if (db->isLocked()) {
         tellLocked(fileName);
         return;
     }
     if (!checkDBVersion(source.get(), false))
         return;
+    // An update may have failed. Without this table every picture would seem to be deleted.
+    if (!source->exist(QStringLiteral("MorphologyImage"))) {
+        refuse(tr("Cannot update database"),
+               QStringLiteral("Unable to update the structure of the database file (%1). Nothing "
+                              "can be imported from it.")
+                   .arg(name));
+        return;
+    }
     LibraryImporterForm(source.get(), db.get(), this).exec();
     source.reset();
     updateStatus();

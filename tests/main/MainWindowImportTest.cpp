@@ -36,6 +36,7 @@ private slots:
     void leavesARefusedFileAsItIs();
     void upgradesAnOldFileAndImportsIt();
     void upgradesNothingFromAReadOnlyLibrary();
+    void importsNothingFromAFileThatCannotBeUpgraded();
 
     void findsNothingToImportInTheOpenFile();
     void tellsThatAFileIsNoDatabase_data();
@@ -268,6 +269,14 @@ ModalAnswerer::Box oldBox()
                     "want to update the database?");
 }
 
+ModalAnswerer::Box notUpdated(const QString &path)
+{
+    return refusal("Cannot update database",
+                   QStringLiteral("Unable to update the structure of the database file (%1). "
+                                  "Nothing can be imported from it.")
+                       .arg(path));
+}
+
 } // namespace
 
 void MainWindowImportTest::asksAboutOtherVersions_data()
@@ -360,6 +369,27 @@ void MainWindowImportTest::upgradesNothingFromAReadOnlyLibrary()
     QCOMPARE(allRows(other.fileName()), before);
 }
 
+void MainWindowImportTest::importsNothingFromAFileThatCannotBeUpgraded()
+{
+    OpenLibrary open;
+    for (const QString &statement : toVersion1)
+        open.other.run(statement);
+    const QStringList before = open.rows();
+    for (const QString &file : {open.library.fileName(), open.other.fileName()})
+        setMode(QFileInfo(file).absolutePath(), 0755);
+    setMode(open.library.fileName(), 0666);
+    setMode(open.other.fileName(), 0444);
+    {
+        const OrdinaryUser user;
+        open.run.importFile(open.other.fileName(),
+                            {{oldBox(), QMessageBox::Yes},
+                             {notUpdated(open.other.fileName()), QMessageBox::Cancel}});
+    }
+    QCOMPARE(open.run.problems(), QString());
+    QCOMPARE(open.run.frame(), drugFrame("1 drug in the database"));
+    QCOMPARE(open.rows(), before);
+}
+
 // --- Odd choices ---
 
 void MainWindowImportTest::findsNothingToImportInTheOpenFile()
@@ -403,11 +433,7 @@ void MainWindowImportTest::tellsThatAFileIsNoDatabase()
     writeFile(path, content);
     const QStringList before = open.rows();
     open.run.importFile(path,
-                        {{oldBox(), QMessageBox::Yes},
-                         {refusal("Cannot compare databases",
-                                  "Unable to read both database files. Another program may be "
-                                  "using one of them."),
-                          QMessageBox::Cancel}});
+                        {{oldBox(), QMessageBox::Yes}, {notUpdated(path), QMessageBox::Cancel}});
     QCOMPARE(open.run.problems(), QString());
     QCOMPARE(open.run.frame(), drugFrame("1 drug in the database"));
     QCOMPARE(open.rows(), before);
