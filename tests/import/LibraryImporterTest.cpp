@@ -366,6 +366,8 @@ void LibraryImporterTest::forgetsTheComparisonBeforeOneThatWasCutShort()
     const QByteArray before = bytesOf(pair.destination.fileName());
     RecordedProgress importing;
     QCOMPARE(importer.importElements(importing), Outcome::Failed);
+    QCOMPARE(importer.failedElement(), QString());
+    QCOMPARE(importing.rows, 0);
     QCOMPARE(bytesOf(pair.destination.fileName()), before);
 }
 
