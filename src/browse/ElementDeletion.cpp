@@ -50,8 +50,8 @@ std::optional<ElementDeletion::Refusal> ElementDeletion::refusal(DB *db, int typ
 {
     for (const Use &use : uses) {
         if (use.typeIndex == typeIndex && db->exist(use.table, use.column, QVariant(id)))
-            return Refusal{use.title, "The "_L1 + use.element + " \""_L1 + name +
-                                          "\" cannot be deleted because "_L1 + use.reason};
+            return Refusal{use.title, "The "_L1 + use.element + R"( ")"_L1 + name +
+                                          R"(" cannot be deleted because )"_L1 + use.reason};
     }
     return std::nullopt;
 }

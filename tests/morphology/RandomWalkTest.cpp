@@ -24,6 +24,7 @@
 #include <QMap>
 #include <QMenu>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <cmath>
@@ -424,6 +425,23 @@ int steps()
 #endif
 }
 
+/// The worm in lines, where a region names its links in their own order: a drag may change the
+/// order of links at equal angles, which the file does not keep.
+QStringList linesOf(const Morphology &worm)
+{
+    QStringList lines = wormLines(worm, Ids::With);
+    const QRegularExpression links("with links ([0-9 ]+)");
+    for (QString &line : lines) {
+        const QRegularExpressionMatch match = links.match(line);
+        if (!match.hasMatch())
+            continue;
+        QStringList numbers = match.captured(1).split(' ');
+        numbers.sort();
+        line.replace(match.capturedStart(1), match.capturedLength(1), numbers.join(' '));
+    }
+    return lines;
+}
+
 } // namespace
 
 class RandomWalkTest final : public QObject
@@ -484,7 +502,7 @@ void RandomWalkTest::keepsMorphologyAndGraphInStep()
     QVERIFY(worm.submit(library.db()) > 0);
     QCOMPARE(library.brokenReferences(), QStringList());
     const Morphology loaded(worm.id(), library.db(), true);
-    QCOMPARE(wormLines(loaded, Ids::With), wormLines(worm, Ids::With));
+    QCOMPARE(linesOf(loaded), linesOf(worm));
     QCOMPARE(rowsIn(&library), rowsOf({&worm}));
 }
 
