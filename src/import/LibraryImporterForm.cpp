@@ -62,7 +62,8 @@ class LibraryImporterForm::TablesWidget final : public QWidget
 public:
     explicit TablesWidget(const QString &elements, QWidget *parent = nullptr) : QWidget(parent)
     {
-        auto *layout = new QGridLayout(this);
+        auto *layout = new QGridLayout;
+        setLayout(layout);
         int place = 0;
         for (Column &column : columns) {
             const QString text = QLatin1String(column.text);

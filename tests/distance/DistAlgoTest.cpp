@@ -87,7 +87,7 @@ std::unique_ptr<Morphology> headAndTrunk(const QList<Link> &links)
     return worm;
 }
 
-/// Regions of one type without links, with one param of each region as told.
+/// Regions of one type without links, with one of the given params each.
 std::unique_ptr<Morphology> heads(const QList<double> &params)
 {
     auto worm = std::make_unique<Morphology>();
